@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/geometry/Coordinates.h"
+
+namespace qz {
+
+// Axis-parallel rectangle, sides included. An empty envelope has NaN sides, and nothing intersects it.
+struct Envelope {
+    double xMin = undefined;
+    double yMin = undefined;
+    double xMax = undefined;
+    double yMax = undefined;
+
+    [[nodiscard]] bool isEmpty() const noexcept { return !(xMin <= xMax && yMin <= yMax); }
+    // NaN when empty.
+    [[nodiscard]] double width() const noexcept { return xMax - xMin; }
+    [[nodiscard]] double height() const noexcept { return yMax - yMin; }
+    [[nodiscard]] XY centre() const noexcept { return {xMin + (xMax - xMin) / 2, yMin + (yMax - yMin) / 2}; }
+
+    [[nodiscard]] bool intersects(const Envelope& other) const noexcept {
+        return xMin <= other.xMax && other.xMin <= xMax && yMin <= other.yMax && other.yMin <= yMax;
+    }
+    [[nodiscard]] bool contains(const Envelope& other) const noexcept {
+        return xMin <= other.xMin && other.xMax <= xMax && yMin <= other.yMin && other.yMax <= yMax;
+    }
+    [[nodiscard]] bool contains(XY p) const noexcept {
+        return xMin <= p.x && p.x <= xMax && yMin <= p.y && p.y <= yMax;
+    }
+
+    // Coordinates that are not finite are left out.
+    void expandToInclude(XY p) noexcept;
+    void expandToInclude(const Envelope& other) noexcept;
+    // Each side moved outward by (dx, dy), inward when negative; empty when nothing is left.
+    [[nodiscard]] Envelope expandedBy(double dx, double dy) const noexcept;
+    // Width and height multiplied about the centre.
+    [[nodiscard]] Envelope scaledBy(double ratio) const noexcept;
+
+    friend bool operator==(const Envelope&, const Envelope&) = default;
+};
+
+} // namespace qz
