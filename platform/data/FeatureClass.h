@@ -28,8 +28,9 @@ public:
     virtual void update(Feature& feature) = 0;
     // Update cursors: deletes the row that next() gave last.
     virtual void remove() = 0;
-    // Insert cursors: writes a row with the buffer's shape and values and gives its new id.
-    virtual ObjectId insert(const FeatureBuffer& buffer) = 0;
+    // Insert cursors: writes a row with the buffer's shape and values and gives its new id. The buffer is then cleared,
+    // so that no value of one row leaks into the next.
+    virtual ObjectId insert(FeatureBuffer& buffer) = 0;
     // Insert cursors: rows inserted before are seen by every read afterwards.
     virtual void flush() = 0;
 };
@@ -38,7 +39,7 @@ using CursorPtr = std::unique_ptr<FeatureCursor>;
 // All conditions must hold; one that is not set always does.
 struct FeatureFilter {
     std::optional<Geometry> shape; // projected to the class's reference for the test when it has another one
-    SpatialRelation relation = SpatialRelation::undefined;
+    SpatialRelation relation = SpatialRelation::notSet;
     SpatialReference outputReference; // shapes come projected to it; none: as they are stored
     std::string where;
     std::optional<std::vector<ObjectId>> ids; // any order; ids that don't exist are skipped
@@ -70,7 +71,8 @@ public:
     [[nodiscard]] const SpatialReference& spatialReference() const;
 };
 
-// A data set that edits are made in. An edit session holds edit operations; each is one step of undo.
+// A data set that edits are made in. An edit session holds edit operations; each is one step of undo. What is stored
+// outside a session is saved at once where saving a row is cheap, else with saveDirectWrites().
 class Workspace {
 public:
     virtual ~Workspace() = default;
@@ -84,19 +86,24 @@ public:
     // Nothing when there is none of that name. Lives as long as the workspace.
     [[nodiscard]] virtual FeatureClass* table(const std::string& name) = 0;
 
-    // Throws PlatformError while a session is open, or when the data can't be saved to.
+    // Throws PlatformError while a session is open, DataError when the data can't be saved to.
     virtual void startEditing() = 0;
     // Saves all that was stored since startEditing, or gives it up. Throws PlatformError while an operation is open,
     // DataError when the save failed; the session is then still open and nothing is written.
     virtual void stopEditing(bool saveEdits) = 0;
     [[nodiscard]] virtual bool isBeingEdited() const = 0;
     virtual void startEditOperation() = 0;
-    virtual void stopEditOperation() = 0;
+    // False when nothing was changed in it: there is then no step to undo.
+    virtual bool stopEditOperation() = 0;
     virtual void abortEditOperation() = 0;
     [[nodiscard]] virtual bool isInEditOperation() const = 0;
     // False when there is nothing to undo or redo. Throws PlatformError while an operation is open.
     virtual bool undo() = 0;
     virtual bool redo() = 0;
+
+    // Saves, or gives up, what was stored outside a session and is still pending.
+    virtual void saveDirectWrites() = 0;
+    virtual void discardDirectWrites() = 0;
 };
 
 } // namespace qz

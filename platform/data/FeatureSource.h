@@ -23,7 +23,7 @@ using RecordPtr = std::shared_ptr<const FeatureRecord>;
 struct RecordChange {
     RecordPtr record; // the row as it is to be
     bool shapeChanged = false;
-    std::vector<bool> changedValues; // one a field
+    std::vector<bool> changedValues; // one a field, or empty when none changed
 };
 
 struct TableChanges {

@@ -50,15 +50,15 @@ struct Domain {
     std::variant<RangeDomain, CodedValueDomain, OtherDomain> rule;
 };
 
-// How wide the store keeps an integer or text; part of the field because conversion needs it.
 struct Field {
     std::string name;
     std::string alias; // the name when the store has none
     FieldType type = FieldType::string;
-    int length = 0;    // of text, in `lengthUnit`s; 0: unlimited
-    int precision = 0; // of a number: total characters with sign and decimal mark; 0: unlimited
-    int scale = 0;     // of a number with `precision`: digits after the decimal mark
-    bool nullable = true;
+    int length = 0;           // of text, in characters; 0: unlimited
+    int precision = 0;        // of a number: total characters with sign and decimal mark; 0: unlimited
+    int scale = 0;            // of a number with `precision`: digits after the decimal mark
+    bool nullable = true;     // whether editors may set null
+    bool refusesNull = false; // whether the store has no place for null at all
     bool editable = true;
     bool wideInteger = false; // an integer that the store keeps in 64 bits
     bool dateOnly = false;    // a date without a time of day
@@ -71,10 +71,14 @@ struct Field {
 // The value as the field holds it. Integers are rounded half to even; numeric text becomes a number; numbers of a field
 // with `precision` are rounded to its scale. Text is never shortened, a number never wrapped around.
 // Throws PlatformError that names field and value when it can't be held: text too long, a number out of range or too
-// wide, text that is no number or no date, null in a field that is not nullable.
+// wide, text that is no number or no date, a number that is not finite, null in a field that refuses it.
 [[nodiscard]] Value convertedTo(const Field& field, const Value& value);
 
 // Whether the field's type holds the value; domains play no part.
 [[nodiscard]] bool checkValue(const Field& field, const Value& value);
+
+// What a field of a new row holds until something is written: null when it is nullable, else its default, else 0, an
+// empty text, or 1899-12-30 where a date must have a value.
+[[nodiscard]] Value freshValue(const Field& field);
 
 } // namespace qz

@@ -20,7 +20,7 @@ struct ShapeDefinition {
     bool hasM = false;
     bool allowsMultipart = true;
     bool allowsArcs = true;
-    bool allowsEmpty = true;      // else an empty shape can't be told from a null one
+    bool allowsEmpty = true; // else an empty shape can't be told from a null one
     bool allowsUndefinedZ = true;
     SpatialReference spatialReference; // with the grid of the class
 };

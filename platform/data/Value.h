@@ -32,7 +32,8 @@ struct Guid {
     friend bool operator==(const Guid&, const Guid&) = default;
 };
 
-// One value of one field. std::monostate is null. The 64-bit integer occurs only in fields that a store keeps that wide.
+// One value of one field. std::monostate is null. The 64-bit integer occurs only in fields that a store keeps that
+// wide.
 using Value = std::variant<std::monostate, std::int16_t, std::int32_t, std::int64_t, float, double, std::string,
                            DateTime, Blob, Guid>;
 

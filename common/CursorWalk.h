@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/app/Application.h"
+
+namespace qz {
+
+// The status bar's progress while a method walks its features. The bar's range is 1 to expected + 1 and its step a
+// hundredth of `expected`, rounded half to even; once `expected` features were counted it stands still.
+class WalkProgress {
+public:
+    // `text` is followed directly by the counter: "Flipping polylines: ". Throws PlatformError for a count that has no
+    // successor.
+    WalkProgress(Application& application, std::int32_t expected, std::string text);
+
+    // After a feature was dealt with, `counter` of them before it.
+    void advance(std::int32_t counter);
+    void hide();
+
+private:
+    StepProgressor& progressor_;
+    std::int32_t expected_;
+    std::string text_;
+};
+
+// The frame of a method that walks a cursor: calls `process(feature, shape)` for every feature that has a shape which
+// is neither null nor empty, and moves the progress for every feature. The progress is hidden after the last one; it
+// stays when `process` throws.
+template <typename Process>
+void walkShapes(Application& application, FeatureCursor& cursor, std::int32_t expected, const std::string& text,
+                Process process) {
+    WalkProgress progress(application, expected, text);
+    std::int32_t counter = 0;
+    for (FeaturePtr feature = cursor.next(); feature; feature = cursor.next(), ++counter) {
+        const auto& shape = feature->shape();
+        if (shape && !shape->isEmpty()) {
+            process(*feature, *shape);
+        }
+        progress.advance(counter);
+    }
+    progress.hide();
+}
+
+} // namespace qz

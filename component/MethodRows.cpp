@@ -1,0 +1,203 @@
+#include "component/MKQZGenFunRun.h"
+#include "component/MethodRow.h"
+
+namespace qz {
+
+// The order is part of the interface. A planned method has its parameters and result fixed; it becomes available by
+// putting the member function in their place.
+const std::vector<MethodInfo>& methodTable() {
+    static const std::vector<MethodInfo> table = numbered({
+        planned<bool(FeatureLayer&, std::int32_t, std::int32_t)>(
+            "QZ_AddCogoFields",
+            {"pFLayer", defaulted("lLinPrec", std::int32_t{2}), defaulted("lAngPrec", std::int32_t{2})}),
+        planned<bool(FeatureClass&, Application&)>("QZ_ValidateEdits", {"pFeatureClass", "pApp"}),
+        planned<bool(FeatureClass&, double, std::int16_t, Application&)>("QZ_TopoCleanPg",
+                                                                         {"pFeatureClass", "dFuzzy", "iPrec", "pApp"}),
+        planned<bool(FeatureClass&, double, Application&)>("QZ_TopoCleanPl", {"pFeatureClass", "dFuzzy", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, const SpatialReference&, Application&)>(
+            "QZ_Explode", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "pApp"}),
+        planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, const std::string&,
+                                          const std::string&, bool, std::int32_t, bool&)>(
+            "QZ_AnalyseNodes",
+            {"pActiveView", "pFeatureLayer", "inSref", "what", "nType", "bTrueCoords", "lMax", output("bChecked")}),
+        planned<std::optional<GeometryCollection>(ActiveView&, FeatureClass&, const SpatialReference&,
+                                                  const std::string&, double, std::int32_t, bool&)>(
+            "QZ_FindDupPolylines",
+            {"pActiveView", "pFeatureClass", "inSref", "sWhat", "dFuzzy", "lMax", output("bChecked")}),
+        planned<bool(ActiveView&, FeatureClass&, const SpatialReference&, const std::string&, bool&, Display&,
+                     const ArrowMarkerSymbol&, const Symbol&, std::int32_t, double, Application&)>(
+            "QZ_ArrowPoints", {"pActiveView", "pFeatureClass", "inSref", "sWhat", output("bChecked"),
+                               byValue("Display"), "pAMSymbol", "pSymbol", "lMax", "dAlong", "pApp"}),
+        planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&, std::int32_t)>(
+            "QZ_GetVertices", {"pActiveView", "pFLayer", "sRef", output("bChecked"), "lMaxFeatures"}),
+        planned<bool(FeatureCursor&, FeatureLayer&, const SpatialReference&, const Point&, const Point&,
+                     const Envelope*, double, RefreshArea&, bool, bool, Application&)>(
+            "QZ_ExtendPolyline2", {"pFeatureCursor", "pFLayer", "pInSref", "pStartPoint", "pEndPoint", "pEnv", "dFuzzy",
+                                   "pRefresh", "bSplit", "bOver", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, double, bool, Application&)>(
+            "QZ_SelectAndIntersectRun", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "bOver", "pApp"}),
+        planned<bool(FeatureClass&, const SpatialReference&, const Geometry&, double, Application&)>(
+            "QZ_DeleteSelectedDangles", {"pFeatureClass", "inSref", "pGeom", "dDangTol", "pApp"}),
+        planned<bool(FeatureClass&, FeatureCursor&, const SpatialReference&, const Envelope*, std::int32_t,
+                     RefreshArea&, Application&)>(
+            "QZ_RemoveRedundantNodes",
+            {"pFeatureClass", "pFeatureCursor", "pInSref", "pEnv", "fCount", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_Flip, "QZ_Flip", {"pFeatureCursor", "fCount", "pRefresh", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, std::int32_t, RefreshArea&, const Envelope*,
+                     Application&)>("QZ_RemovePseudo",
+                                    {"pFLayer", "pFeatureCursor", "lDisIndex", "fCount", "pRefresh", "pEnv", "pApp"}),
+        planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, RefreshArea&, Application&)>(
+            "QZ_RemoveDupPolylines", {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "pApp"}),
+        planned<bool(FeatureClass&, FeatureCursor&, const Point&, std::int16_t, double, bool, RefreshArea&,
+                     const SpatialReference&, const SpatialReference&)>(
+            "QZ_OffsetPolyline", {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"),
+                                  "bCopy", "pRefresh", "pInSref", "pMapSRef"}),
+        planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, std::int16_t, double, bool, RefreshArea&,
+                     const SpatialReference&, const SpatialReference&, Application&)>(
+            "QZ_OffsetDouble", {"pFeatureClass", "pFeatureCursor", "fCount", "vMethod", byValue("dOffDist"), "bCopy",
+                                "pRefresh", "pInSref", "pMapSRef", "pApp"}),
+        planned<bool(FeatureClass&, FeatureCursor&, const Point&, std::int16_t, double, std::int32_t, RefreshArea&,
+                     const SpatialReference&, const SpatialReference&, Application&)>(
+            "QZ_OffsetPolylineMulti", {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"),
+                                       "lNumber", "pRefresh", "pInSref", "pMapSRef", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureCursor&, const Point&, RefreshArea&, const std::string&, double,
+                     const SpatialReference&, const SpatialReference&, const Envelope*, Application&, bool, double)>(
+            "QZ_SplitInPoint2", {"pFLayer", "pFeatureCursor", "pPoint", "pRefresh", "sOption", "dFuzzy", "pSRef",
+                                 "pMapSRef", "pEnv1", "pApp", "bOver", defaulted("dSplitLength", 0.0)}),
+        planned<bool(FeatureClass&, FeatureCursor&, Feature*, const Polyline&, RefreshArea&, Application&)>(
+            "QZ_ReshapePolyline",
+            {"pFeatureClass", updateCursor("pFeatureCursor"), "pFeature", "pReshPolyline", "pRefresh", "pApp"}),
+        planned<bool(FeatureCursor&, const Polyline&, double, bool&, std::int32_t&, std::int16_t)>(
+            "QZ_GetReshFeature",
+            {"pFeatureCursor", "pReshPolyline", "dSearchTol", output("bSingle"), output("pReshapeID"), "iPrec"}),
+        planned<bool(FeatureCursor&, double, const SpatialReference&, const SpatialReference&, std::int32_t,
+                     RefreshArea&, Application&)>(
+            "QZ_Generalize", {"pFeatureCursor", "iPar0", "pInSref", "pMapSRef", "fCount", "pRefresh", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, double, double, const SpatialReference&,
+                     const SpatialReference&, std::int32_t, RefreshArea&, Application&)>(
+            "QZ_Densify",
+            {"pFeatureCursor", "sGenType", "iPar0", "iPar1", "pInSref", "pMapSRef", "fCount", "pRefresh", "pApp"}),
+        planned<bool(FeatureClass&, FeatureCursor&, const std::string&, std::int16_t, std::int16_t, std::int32_t,
+                     RefreshArea&, const SpatialReference&, Application&)>(
+            "QZ_SmoothRun",
+            {"pFeatureClass", "pFeatureCursor", "sCurType", "iPar0", "iPar1", "fCount", "pRefresh", "pInSref", "pApp"}),
+        planned<bool(FeatureLayer&, const Polyline&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
+                     Application&)>("QZ_AddPolyline",
+                                    {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
+        planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, Application&)>(
+            "QZ_AddPolygonRun", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pApp"}),
+        planned<bool(FeatureLayer&, const Polyline&, RefreshArea&, Application&)>(
+            "QZ_SplitPolygonRun", {"pFLayer", "pPolyline", "pRefresh", "pApp"}),
+        planned<bool(FeatureLayer&, const Polygon&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
+                     Application&)>("QZ_PolygonAsPolylineRun",
+                                    {"pFLayer", "pPolygon", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
+        planned<std::optional<Polygon>(FeatureClass&, const Point&, double, double, double, Application&)>(
+            "QZ_CreatePieSegment", {"pFeatureClass", "pPoint", "dDist", "dCentralAngle", "dPolarDir", "pApp"}),
+        planned<bool(FeatureClass&, const Point&, const Dictionary*, Application&)>(
+            "QZ_UpdateShared", {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
+        planned<bool(FeatureClass&, const Point&, const Dictionary*, Application&)>(
+            "QZ_UpdateSharedPolygon", {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
+        planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, const Point&, Application&)>(
+            "QZ_ReshapePolygon", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pStartPoint", "pApp"}),
+        planned<bool(FeatureLayer&, std::int32_t, RefreshArea&, const Envelope*, Application&)>(
+            "QZ_IntersectSelectedPolygons", {"pFLayer", "fCount", "pRefresh", "pEnv", "pApp"}),
+        planned<bool(FeatureLayer&, std::int32_t, RefreshArea&, const Envelope*, const FillSymbol&, Application&)>(
+            "QZ_DrawOverlaps", {"pFLayer", "fCount", "pRefresh", "pEnv", "pOverlapSymbol", "pApp"}),
+        planned<bool(FeatureLayer&, const Envelope*, RefreshArea&, const FillSymbol&, bool, const std::string&,
+                     Application&)>("QZ_DrawGaps",
+                                    {"pFLayer", "pEnv", "pRefresh", "pGapSymbol", "bAdd", "sHow", "pApp"}),
+        planned<bool(FeatureLayer&, const GeometryCollection&, const std::string&, Application&)>(
+            "QZ_FillGaps", {"pFLayer", "pGapCol", "sHow", "pApp"}),
+        planned<bool(FeatureLayer&, const Point&, const Point&, RefreshArea&, Application&)>(
+            "QZ_MergePolygons", {"pFLayer", "pSP", "pTP", "pRefresh", "pApp"}),
+        planned<bool(FeatureLayer&, const Envelope*, double, const std::string&, const FillSymbol&, Application&)>(
+            "QZ_DrawOverlaps_Topo", {"pFLayer", "pEnv", "dFuzzy", "sWhat", "pOverlapSymbol", "pApp"}),
+        planned<bool(FeatureLayer&, const std::string&, RefreshArea&, const Envelope*, const std::string&,
+                     const std::string&, const std::string&, const std::string&, double, Application&, bool,
+                     const std::int32_t*)>("QZ_CopySelectedFromLayer",
+                                           {"pFLayer", "sSourceLayerName", "pRefresh", "pEnv", "sPlPlA", "sPlPgA",
+                                            "sPgPlA", "sPgPgA", "dBuf", "pApp", "bOver", optional("lCount")}),
+        planned<bool(FeatureLayer&, FeatureCursor&, const Envelope*, std::int32_t, RefreshArea&, Application&)>(
+            "QZ_DeleteMultiVertices", {"pFLayer", "pFeatureCursor", "pEnv", "fCount", "pRefresh", "pApp"}),
+        planned<bool(FeatureCursor&, std::int32_t, RefreshArea&, const std::string&, Application&)>(
+            "QZ_QuickDelete", {"pFeatureCursor", "fCount", "pRefresh", noEffect("sSource"), "pApp"}),
+        planned<bool(FeatureCursor&, FeatureLayer&, Feature*, const Point&, double, RefreshArea&, Point&, bool,
+                     Application&)>("QZ_InsertVertexRun",
+                                    {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", "dSearchTol",
+                                     "pRefresh", output("pInsertPoint"), "bSame", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureLayer&, double, std::int16_t, RefreshArea&, Application&)>(
+            "QZ_BuildPolygonRun", {"pFLayer", "pSourceLayer", "dFuzzy", "iPriority", "pRefresh", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
+            "QZ_FeaturesToGraphicsRun", {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
+            "QZ_CentroidGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
+            "QZ_VertexGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&, bool)>(
+            "QZ_EnvelopeGraphics", {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&, bool)>(
+            "QZ_ConvexGraphics", {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&, bool)>(
+            "QZ_BoundingCircleGraphics", {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
+            "QZ_BoundingRectangleGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
+            "QZ_EACircleGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, double, Application&)>(
+            "QZ_BufferGraphics", {"pFeatureCursor", "sName", "lCount", "dBuf", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, double, const Envelope*, Application&)>(
+            "QZ_GraphicPointAtDistance", {"pFeatureCursor", "sName", "dSplitLength", noEffect("pEnv1"), "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, std::int32_t, Application&)>(
+            "QZ_RandomGraphicsPg", {"pFeatureCursor", "sName", "lCount", "lNumPoints", "pApp"}),
+        planned<bool(FeatureCursor&, const std::string&, std::int32_t, std::int32_t, Application&)>(
+            "QZ_RandomGraphicsPl", {"pFeatureCursor", "sName", "lCount", "lNumPoints", "pApp"}),
+        planned<bool(FeatureLayer&, RefreshArea&, const std::string&, const std::string&, std::int16_t,
+                     const std::string&, const std::string&, const std::string&, bool, std::int32_t, double, bool, bool,
+                     Application&)>("QZ_Gr2ShapeDo",
+                                    {"pFLayer", "pRefresh", "sIn1", "sOut", "iPriority", "sPlA", "sPg2Pl", "sPl2Pg",
+                                     "bSel", "lCount", "dBuff", "bDelete", "bOver", "pApp"}),
+        planned<std::optional<Multipoint>(ActiveView&, FeatureClass&, const SpatialReference&, const std::string&,
+                                          std::int32_t, double, bool&)>(
+            "QZ_FindDupPoints",
+            {"pActiveView", "pFeatureClass", "inSref", "sWhat", "lMax", "dFuzzy", output("bChecked")}),
+        planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, RefreshArea&, double, Application&)>(
+            "QZ_RemoveDupPoints", {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "pApp"}),
+        planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&)>(
+            "QZ_AnalyseNaNs", {"pActiveView", "pFeatureLayer", "inSref", output("bChecked")}),
+        planned<bool(FeatureCursor&, FeatureBuffer&, Feature*, const Geometry&, const Dictionary*)>(
+            "QZ_InsertFeatureRun",
+            {"pInsertFeatureCursor", "pInsertFeatureBuffer", "pOrigFeature", "pGeometry", "updateDic"}),
+        planned<bool(FeatureCursor&, FeatureClass&, Feature*, RefreshArea&, double, bool, Application&)>(
+            "QZ_ChamferAllRun", {"pFeatureCursor", "pFeatureClass", "pF", "pRefresh", "dR", "bFillet", "pApp"}),
+        planned<bool(FeatureCursor&, FeatureClass&, Feature*, const Point&, RefreshArea&, double, bool, Application&)>(
+            "QZ_ChamferSingleRun",
+            {"pFeatureCursor", "pFeatureClass", "pF", "pP", "pRefresh", "dR", "bFillet", "pApp"}),
+        planned<bool(FeatureClass&, FeatureCursor&, const Point&, RefreshArea&, bool, double, Application&)>(
+            "QZ_SquarePolygonAnglesRun",
+            {"pFeatureClass", "pFeatureCursor", "pPoint", "pRefresh", "bTool", "dAngTol", "pApp"}),
+        planned<std::optional<Polyline>(const Polygon&, const std::string&, bool, double, double, const std::string&,
+                                        const std::string&, Application&)>(
+            "QZ_FindSplitAreaLine", {"pPg", "sStart", "bArea", "dRequired", "dDeltaA", "sUin", "sUout", "pApp"}),
+        planned<bool(FeatureLayer&, double, const Polyline&, RefreshArea&, Application&)>(
+            "QZ_SplitPolygon2", {"pFLayer", "lFID", "pPolyline", "pRefresh", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, const SpatialReference&, std::int16_t,
+                     std::int16_t, const std::string&, const std::string&, Application&)>(
+            "QZ_CogoInverse", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "lLinPrec", "lAngPrec",
+                               "sDirType", "sDirUnits", "pApp"}),
+        planned<bool(FeatureLayer&, const Polyline&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
+                     const Dictionary*, bool, Application&)>(
+            "QZ_AddPolylineA",
+            {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "fieldDic", "bEditing", "pApp"}),
+        planned<bool(FeatureLayer&, const Point&, RefreshArea&, const Dictionary*, bool, Application&)>(
+            "QZ_AddPointA", {"pFLayer", "pPoint", "pRefresh", "fieldDic", "bEditing", "pApp"}),
+        planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, const Dictionary*, bool, Application&)>(
+            "QZ_AddPolygonA", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "fieldDic", "bEditing", "pApp"}),
+        planned<bool(FeatureLayer&, FeatureCursor&, RefreshArea&, const Dictionary*, bool, Application&)>(
+            "QZ_PasteAttributes",
+            {"pFLayer", updateCursor("pFeatureCursor"), "pRefresh", "fieldDic", "bEditing", "pApp"}),
+        available(&MKQZGenFunRun::GetQZVersion, "GetQZVersion", {output("sQZArcGIS"), output("sQZBuilt")}),
+    });
+    return table;
+}
+
+} // namespace qz

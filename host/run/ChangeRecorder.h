@@ -1,0 +1,45 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "platform/data/overlay/OverlayClass.h"
+
+namespace qz {
+
+// What a run did to the rows of one class, whatever it did to a row in between.
+struct RowChanges {
+    std::vector<RecordPtr> inserted;    // ascending ids, as they are after the run
+    std::vector<RecordPtr> updated;     // ascending ids, as they are after the run
+    std::vector<ObjectId> deleted;      // ascending
+    std::vector<Geometry> shapesBefore; // of the rows updated and deleted, in the class's reference
+    std::vector<Geometry> shapesAfter;  // of the rows inserted and updated
+};
+
+// Listens to the writes of a workspace from its making to its end and remembers which rows of the class they concern.
+class ChangeRecorder {
+public:
+    // `keepShapes`: remember the shapes as they were, at the cost of reading each row once more.
+    ChangeRecorder(OverlayWorkspace& workspace, OverlayClass& featureClass, bool keepShapes);
+    ~ChangeRecorder();
+    ChangeRecorder(const ChangeRecorder&) = delete;
+    ChangeRecorder& operator=(const ChangeRecorder&) = delete;
+
+    [[nodiscard]] RowChanges changes();
+    // After an abort: nothing happened.
+    void forget() { rows_.clear(); }
+
+private:
+    struct Before {
+        bool existed = false;
+        std::optional<Geometry> shape; // only when shapes are kept
+    };
+    void note(EditedTable& table, ObjectId id, const EditedRow& next);
+
+    OverlayWorkspace& workspace_;
+    OverlayClass& class_;
+    bool keepShapes_;
+    std::map<ObjectId, Before> rows_;
+};
+
+} // namespace qz

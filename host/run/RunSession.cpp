@@ -1,0 +1,329 @@
+#include "host/run/RunSession.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ostream>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "component/MKQZGenFunRun.h"
+#include "host/GraphicsFile.h"
+#include "host/Picture.h"
+#include "host/ReplacedFile.h"
+#include "platform/app/Services.h"
+#include "platform/geometry/Project.h"
+
+namespace qz {
+
+namespace {
+
+Geometry rectangle(const Envelope& bounds, const SpatialReference& reference) {
+    Polygon polygon;
+    polygon.spatialReference = reference;
+    polygon.rings.emplace_back(std::vector<XY>{{bounds.xMin, bounds.yMin},
+                                               {bounds.xMin, bounds.yMax},
+                                               {bounds.xMax, bounds.yMax},
+                                               {bounds.xMax, bounds.yMin},
+                                               {bounds.xMin, bounds.yMin}});
+    return polygon;
+}
+
+void requireAll(const std::vector<ObjectId>& wanted, const std::vector<ObjectId>& found, const Schema& schema) {
+    for (const ObjectId id : wanted) {
+        if (!std::binary_search(found.begin(), found.end(), id)) {
+            throw UsageError(fmt::format("{} has no feature {}.", schema.name, id));
+        }
+    }
+}
+
+std::vector<ObjectId> select(FeatureClass& featureClass, const SelectionRequest& request) {
+    if (!request.isGiven()) {
+        return {};
+    }
+    FeatureFilter filter;
+    if (request.ids) {
+        filter.ids = request.ids;
+        requireAll(*request.ids, featureClass.ids(filter), featureClass.schema());
+    }
+    filter.where = request.where.value_or("");
+    if (request.bounds) {
+        filter.shape = rectangle(*request.bounds, featureClass.spatialReference());
+        filter.relation = SpatialRelation::intersects;
+    }
+    return featureClass.ids(filter);
+}
+
+NumberLocale localeNamed(const std::string& name) {
+    try {
+        return NumberLocale::named(name);
+    } catch (const PlatformError& error) {
+        throw UsageError(error.what());
+    }
+}
+
+// Whether the method saves each feature by itself.
+bool savesByItself(const RunRequest& request) {
+    return std::any_of(request.parameters.begin(), request.parameters.end(), [](const auto& parameter) {
+        return parameter.first == "bEditing" && parameter.second == "false";
+    });
+}
+
+SpatialReference referenceOf(const std::string& text) {
+    if (text.empty()) {
+        return {};
+    }
+    try {
+        return SpatialReference::fromText(text);
+    } catch (const PlatformError& error) {
+        throw UsageError(error.what());
+    }
+}
+
+std::vector<Geometry> inMapReference(std::vector<Geometry> shapes, const SpatialReference& reference) {
+    for (Geometry& shape : shapes) {
+        project(shape, reference);
+    }
+    return shapes;
+}
+
+} // namespace
+
+// The services of one run: notices go to a stream and into the report, locale and seed are those of the request.
+class RunSession::RunServices {
+public:
+    RunServices(const RunRequest& request, std::ostream& stream, RunReport& report) {
+        services().showMessage = [&stream, &report](const std::string& text) {
+            stream << text << std::endl;
+            report.messages.push_back(text);
+        };
+        if (!request.localeName.empty()) {
+            services().locale = localeNamed(request.localeName);
+        }
+        if (request.seed) {
+            services().randomSeed = request.seed;
+        }
+    }
+
+private:
+    ScopedServices restored_;
+};
+
+struct RunSession::Layers {
+    RunLayer data;
+    RunLayer source;
+    OverlayClass* featureClass = nullptr; // of the layer worked on; nothing without one
+    OverlayWorkspace* workspace = nullptr;
+};
+
+// Sees what changes from its making on.
+class RunSession::RunWatch {
+public:
+    RunWatch(const Layers& layers, HeadlessMap& map, bool keepShapes)
+        : layers_(layers), savesBefore_(saves()), graphicsMark_(map.activeView().graphics().mark()) {
+        if (layers.workspace) {
+            recorder_ = std::make_unique<ChangeRecorder>(*layers.workspace, *layers.featureClass, keepShapes);
+        }
+    }
+
+    void tell(RunReport& report, const HostArguments& arguments, HeadlessHost& host) const {
+        if (recorder_ && report.succeeded()) {
+            report.schema = &layers_.featureClass->schema();
+            report.changes = recorder_->changes();
+        }
+        report.parameters = arguments.reported();
+        report.graphics = host.focusMap().activeView().graphics().addedSince(graphicsMark_);
+        report.drawings = host.focusMap().activeView().display().drawings();
+        report.refreshCount = arguments.refreshArea().count();
+        report.refreshExtent = arguments.refreshArea().extent();
+        report.progress = host.statusBar().stepProgressor().record();
+    }
+
+    [[nodiscard]] bool wasSaved() const { return saves() > savesBefore_; }
+
+private:
+    [[nodiscard]] int saves() const { return layers_.workspace ? layers_.workspace->saveCount() : 0; }
+
+    const Layers& layers_;
+    int savesBefore_;
+    std::size_t graphicsMark_;
+    std::unique_ptr<ChangeRecorder> recorder_;
+};
+
+RunSession::RunSession(HeadlessHost& host, std::ostream& messages, SessionOptions options)
+    : host_(host), messages_(messages), options_(options),
+      dataSets_(options.dryRun, [](std::size_t, std::size_t) { checkInterrupt(); }) {}
+
+RunLayer RunSession::openLayer(const std::string& place, const std::string& output, const SelectionRequest& selection) {
+    if (place.empty()) {
+        return {};
+    }
+    const OpenLayer opened = dataSets_.open(place, output);
+    FeatureLayer& layer = host_.focusMap().addLayer(opened.featureClass->schema().name, *opened.featureClass);
+    RunLayer result{&layer, select(*opened.featureClass, selection), selection.isGiven()};
+    layer.selection().select(result.selected);
+    return result;
+}
+
+void RunSession::setUpMap(const RunRequest& request) {
+    HeadlessMap& map = host_.focusMap();
+    map.clearLayers();
+    map.setSpatialReference(referenceOf(request.mapReference));
+    map.setVisibleBounds(request.extent.value_or(Envelope()));
+    map.activeView().display().clear();
+    host_.statusBar().stepProgressor().reset();
+}
+
+void RunSession::loadGraphics(const std::string& path) {
+    if (path.empty() || path == graphicsPath_) {
+        return;
+    }
+    saveGraphics();
+    HeadlessGraphics& graphics = host_.focusMap().activeView().graphics();
+    graphics = HeadlessGraphics();
+    readGraphics(path, host_.focusMap());
+    graphicsPath_ = path;
+}
+
+void RunSession::saveGraphics() {
+    if (!graphicsPath_.empty() && !options_.dryRun) {
+        writeGraphics(graphicsPath_, host_.focusMap());
+    }
+}
+
+void RunSession::startOperation(OverlayWorkspace& workspace) {
+    // Data that can't be saved to are still good for methods that only read: the first write is refused.
+    if (options_.dryRun || workspace.store().refusalToSave().empty()) {
+        host_.editor().startEditing(workspace);
+        host_.editor().startOperation();
+    }
+}
+
+void RunSession::endOperation(OverlayWorkspace& workspace, const RunReport& report) {
+    if (!workspace.isInEditOperation()) {
+        return;
+    }
+    if (report.succeeded()) {
+        host_.editor().stopOperation(report.method);
+    } else {
+        host_.editor().abortOperation();
+    }
+}
+
+void RunSession::perform(const MethodInfo& method, HostArguments& arguments, OverlayWorkspace* workspace,
+                         RunReport& report) {
+    const bool inOperation = workspace && !savesByItself(arguments.request());
+    host_.editor().setCountsAsEditing(workspace != nullptr);
+    if (inOperation) {
+        startOperation(*workspace);
+    }
+    MKQZGenFunRun component;
+    const auto start = std::chrono::steady_clock::now();
+    report.result = invoke(component, method.name, arguments.values());
+    report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    report.interrupted = services().interruptRequested && services().interruptRequested();
+    report.refusal = workspace ? workspace->refusal() : std::string();
+    if (inOperation) {
+        endOperation(*workspace, report);
+    }
+}
+
+void RunSession::finish(OverlayWorkspace* workspace, const RunReport& report) {
+    if (options_.keepsEditing) {
+        return;
+    }
+    host_.editor().stopEditing(report.succeeded());
+    if (workspace && report.succeeded()) {
+        workspace->saveDirectWrites();
+    } else if (workspace) {
+        workspace->discardDirectWrites();
+    }
+    if (report.succeeded()) {
+        saveGraphics();
+    }
+}
+
+RunSession::Layers RunSession::openLayers(const RunRequest& request) {
+    Layers layers;
+    layers.data = openLayer(request.data, request.outputPath, request.selection);
+    layers.source = openLayer(request.source, {}, request.sourceSelection);
+    if (layers.data.layer) {
+        layers.featureClass = static_cast<OverlayClass*>(&layers.data.layer->featureClass());
+        layers.workspace = static_cast<OverlayWorkspace*>(&layers.featureClass->workspace());
+    }
+    return layers;
+}
+
+const MethodInfo& RunSession::runnableMethod(const RunRequest& request) const {
+    const MethodInfo& method = findMethod(request.method);
+    const std::string ending = lowerCaseEnding(request.picturePath);
+    if (!request.picturePath.empty() && ending != ".png" && ending != ".svg") {
+        throw UsageError(fmt::format("The picture {} must end in .png or .svg.", request.picturePath));
+    }
+    if (!method.isAvailable()) {
+        throw PlatformError(fmt::format("{} is not available in this version.", method.name));
+    }
+    if (options_.keepsEditing && savesByItself(request)) {
+        throw UsageError("bEditing false saves each feature by itself, which a script doesn't: use qz run.");
+    }
+    return method;
+}
+
+RunReport RunSession::run(const RunRequest& request) {
+    const MethodInfo& method = runnableMethod(request);
+    RunReport report;
+    report.method = method.name;
+    const RunServices servicesOfRun(request, messages_, report);
+    setUpMap(request);
+    const Layers layers = openLayers(request);
+    loadGraphics(request.graphicsPath);
+    HostArguments arguments(method, request, host_, layers.data, layers.source);
+
+    const RunWatch watch(layers, host_.focusMap(), !request.picturePath.empty());
+    perform(method, arguments, layers.workspace, report);
+    watch.tell(report, arguments, host_);
+    finish(layers.workspace, report);
+    report.saved = watch.wasSaved();
+    if (report.succeeded()) {
+        drawPicture(request.picturePath, report);
+    }
+    return report;
+}
+
+void RunSession::drawPicture(const std::string& path, const RunReport& report) {
+    if (path.empty()) {
+        return;
+    }
+    HeadlessMap& map = host_.focusMap();
+    writePicture(path, map,
+                 {inMapReference(report.changes.shapesBefore, map.spatialReference()),
+                  inMapReference(report.changes.shapesAfter, map.spatialReference())});
+}
+
+int RunSession::undo(int steps) {
+    int done = 0;
+    while (done < steps && host_.editor().undo()) {
+        ++done;
+    }
+    return done;
+}
+
+int RunSession::redo(int steps) {
+    int done = 0;
+    while (done < steps && host_.editor().redo()) {
+        ++done;
+    }
+    return done;
+}
+
+void RunSession::save() {
+    host_.editor().stopEditing(true);
+    saveGraphics();
+}
+
+void RunSession::discard() {
+    host_.editor().stopEditing(false);
+    graphicsPath_.clear();
+}
+
+} // namespace qz

@@ -1,0 +1,69 @@
+#include "platform/data/overlay/EditLog.h"
+
+#include <ranges>
+#include <utility>
+
+namespace qz {
+
+void EditLog::begin() {
+    open_.emplace();
+}
+
+void EditLog::apply(EditedTable& table, ObjectId id, std::optional<EditedRow> state) {
+    open_->push_back({&table, id, table.exchange(id, std::move(state))});
+}
+
+bool EditLog::commit() {
+    const bool changed = !open_->empty();
+    if (changed) {
+        done_.push_back(std::move(*open_));
+        undone_.clear();
+    }
+    open_.reset();
+    return changed;
+}
+
+void EditLog::abort() {
+    rollBack(*open_);
+    open_.reset();
+}
+
+bool EditLog::undo() {
+    if (done_.empty()) {
+        return false;
+    }
+    rollBack(done_.back());
+    undone_.push_back(std::move(done_.back()));
+    done_.pop_back();
+    return true;
+}
+
+bool EditLog::redo() {
+    if (undone_.empty()) {
+        return false;
+    }
+    rollForward(undone_.back());
+    done_.push_back(std::move(undone_.back()));
+    undone_.pop_back();
+    return true;
+}
+
+void EditLog::clear() {
+    open_.reset();
+    done_.clear();
+    undone_.clear();
+}
+
+void EditLog::rollBack(Operation& operation) {
+    for (Step& step : operation | std::views::reverse) {
+        step.otherState = step.table->exchange(step.id, std::move(step.otherState));
+    }
+}
+
+void EditLog::rollForward(Operation& operation) {
+    for (Step& step : operation) {
+        step.otherState = step.table->exchange(step.id, std::move(step.otherState));
+    }
+}
+
+} // namespace qz

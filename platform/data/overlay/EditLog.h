@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/data/overlay/EditedTable.h"
+
+namespace qz {
+
+// The steps of an edit session, operation by operation, for undo and redo. Undoing an operation puts every row back
+// into the state it had before, the last step first; redoing the other way round.
+class EditLog {
+public:
+    void begin();
+    // Puts the row into the state, remembering the one it had.
+    void apply(EditedTable& table, ObjectId id, std::optional<EditedRow> state);
+    // Ends the operation. One without steps leaves no trace and gives false; any other makes what was undone before
+    // unreachable.
+    bool commit();
+    void abort();
+    [[nodiscard]] bool isOpen() const noexcept { return open_.has_value(); }
+
+    // False when there is nothing left.
+    bool undo();
+    bool redo();
+    void clear();
+
+private:
+    struct Step {
+        EditedTable* table;
+        ObjectId id;
+        std::optional<EditedRow> otherState; // before the step, or after it when the step is undone
+    };
+    using Operation = std::vector<Step>;
+
+    static void rollBack(Operation& operation);
+    static void rollForward(Operation& operation);
+
+    std::optional<Operation> open_;
+    std::vector<Operation> done_;
+    std::vector<Operation> undone_;
+};
+
+} // namespace qz

@@ -1,0 +1,264 @@
+#include "platform/data/overlay/EditedTable.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "platform/geometry/Project.h"
+
+namespace qz {
+
+namespace {
+
+// Rows read at once while a selection is tested: large enough for the store's range reads, small in memory.
+constexpr std::size_t chunkSize = 1024;
+
+// Below this many candidates a condition is tested on them, above on the whole table in the store.
+constexpr std::size_t fewCandidates = 2000;
+
+// What a row adds to the number of rows of the store.
+std::int64_t countEffect(const std::optional<EditedRow>& row) {
+    if (!row) {
+        return 0;
+    }
+    return (row->record ? 1 : 0) - (row->isNew ? 0 : 1);
+}
+
+std::optional<Geometry> inReference(const std::optional<Geometry>& shape, const Schema& schema) {
+    std::optional<Geometry> projectedShape = shape;
+    if (projectedShape && schema.shape) {
+        project(*projectedShape, schema.shape->spatialReference);
+    }
+    return projectedShape;
+}
+
+std::vector<ObjectId> sortedUnique(std::vector<ObjectId> ids) {
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    return ids;
+}
+
+} // namespace
+
+std::int64_t EditedTable::count() {
+    return source_.count() + countDifference_;
+}
+
+Envelope EditedTable::extent() {
+    Envelope extent = source_.extent();
+    for (const auto& [id, row] : edits_) {
+        if (row.record && row.record->shape) {
+            extent.expandToInclude(row.record->shape->envelope());
+        }
+    }
+    return extent;
+}
+
+const EditedRow* EditedTable::edited(ObjectId id) const {
+    const auto found = edits_.find(id);
+    return found == edits_.end() ? nullptr : &found->second;
+}
+
+bool EditedTable::isDeleted(ObjectId id) const {
+    const EditedRow* row = edited(id);
+    return row ? row->record == nullptr : savedDeletions_.contains(id);
+}
+
+RecordPtr EditedTable::read(ObjectId id) {
+    const EditedRow* row = edited(id);
+    return row ? row->record : source_.read(id);
+}
+
+std::vector<RecordPtr> EditedTable::read(std::span<const ObjectId> ids) {
+    std::vector<RecordPtr> records = source_.read(ids);
+    if (!edits_.empty()) {
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            if (const EditedRow* row = edited(ids[i])) {
+                records[i] = row->record;
+            }
+        }
+    }
+    return records;
+}
+
+std::vector<ObjectId> EditedTable::editedIds() const {
+    std::vector<ObjectId> ids;
+    for (const auto& [id, row] : edits_) {
+        if (row.record) {
+            ids.push_back(id);
+        }
+    }
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+std::vector<ObjectId> EditedTable::mergedIds(std::vector<ObjectId> stored,
+                                             const std::vector<ObjectId>& editedHits) const {
+    if (edits_.empty()) {
+        return stored;
+    }
+    std::erase_if(stored, [this](ObjectId id) { return edits_.contains(id); });
+    std::vector<ObjectId> merged;
+    merged.reserve(stored.size() + editedHits.size());
+    std::merge(stored.begin(), stored.end(), editedHits.begin(), editedHits.end(), std::back_inserter(merged));
+    return merged;
+}
+
+std::vector<ObjectId> EditedTable::allIds() {
+    return mergedIds(source_.ids(), editedIds());
+}
+
+void EditedTable::updateIndex() {
+    for (const ObjectId id : notIndexed_) {
+        const EditedRow* row = edited(id);
+        const bool hasShape = row && row->record && row->record->shape;
+        if (hasShape) {
+            index_.insert(id, row->record->shape->envelope());
+        } else {
+            index_.remove(id);
+        }
+    }
+    notIndexed_.clear();
+}
+
+std::vector<ObjectId> EditedTable::idsIn(const Envelope& window) {
+    updateIndex();
+    return mergedIds(source_.idsIn(window), index_.query(window));
+}
+
+std::vector<ObjectId> EditedTable::idsWhere(const std::string& condition) {
+    std::vector<ObjectId> stored = source_.idsWhere(condition);
+    if (edits_.empty()) {
+        return stored;
+    }
+    return mergedIds(std::move(stored), source_.idsWhere(condition, read(editedIds())));
+}
+
+std::vector<ObjectId> EditedTable::existing(std::vector<ObjectId> ids) {
+    ids = sortedUnique(std::move(ids));
+    const std::vector<RecordPtr> records = read(ids);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (records[i]) {
+            ids[kept++] = ids[i];
+        }
+    }
+    ids.resize(kept);
+    return ids;
+}
+
+std::vector<ObjectId> EditedTable::satisfying(const std::string& condition, std::vector<ObjectId> ids) {
+    if (ids.size() <= fewCandidates) {
+        return source_.idsWhere(condition, read(ids));
+    }
+    const std::vector<ObjectId> passing = idsWhere(condition);
+    std::vector<ObjectId> both;
+    std::set_intersection(ids.begin(), ids.end(), passing.begin(), passing.end(), std::back_inserter(both));
+    return both;
+}
+
+std::vector<ObjectId> EditedTable::related(const Geometry& shape, SpatialRelation relation,
+                                           const std::vector<ObjectId>& ids) {
+    const PreparedRelation prepared(shape, relation);
+    std::vector<ObjectId> hits;
+    for (std::size_t begin = 0; begin < ids.size(); begin += chunkSize) {
+        const std::span<const ObjectId> chunk = std::span(ids).subspan(begin, std::min(chunkSize, ids.size() - begin));
+        const std::vector<RecordPtr> records = read(chunk);
+        for (std::size_t i = 0; i < chunk.size(); ++i) {
+            if (records[i] && records[i]->shape && prepared.holdsFor(*records[i]->shape)) {
+                hits.push_back(chunk[i]);
+            }
+        }
+    }
+    return hits;
+}
+
+std::vector<ObjectId> EditedTable::candidates(const FeatureFilter& filter, const std::optional<Geometry>& shape) {
+    if (filter.ids) {
+        return existing(*filter.ids);
+    }
+    if (shape) {
+        return idsIn(shape->envelope());
+    }
+    return filter.where.empty() ? allIds() : idsWhere(filter.where);
+}
+
+std::vector<ObjectId> EditedTable::select(const FeatureFilter& filter) {
+    const std::optional<Geometry> shape = inReference(filter.shape, schema());
+    std::vector<ObjectId> ids = candidates(filter, shape);
+    if (!filter.where.empty() && (filter.ids || shape)) {
+        ids = satisfying(filter.where, std::move(ids));
+    }
+    return shape ? related(*shape, filter.relation, ids) : ids;
+}
+
+std::optional<EditedRow> EditedTable::exchange(ObjectId id, std::optional<EditedRow> state) {
+    std::optional<EditedRow> before;
+    const auto found = edits_.find(id);
+    if (found != edits_.end()) {
+        before = std::move(found->second);
+    }
+    countDifference_ += countEffect(state) - countEffect(before);
+    notIndexed_.push_back(id);
+    if (state) {
+        edits_.insert_or_assign(id, std::move(*state));
+    } else if (found != edits_.end()) {
+        edits_.erase(found);
+    }
+    return before;
+}
+
+ObjectId EditedTable::newId() {
+    if (!firstNewId_) {
+        firstNewId_ = source_.nextId();
+        nextId_ = std::max(*firstNewId_, nextId_);
+    }
+    return nextId_++;
+}
+
+TableChanges EditedTable::changes() const {
+    TableChanges changes{.table = schema().name,
+                         .inserts = {},
+                         .updates = {},
+                         .deletes = {},
+
+                         .firstNewId = firstNewId_.value_or(nextId_),
+                         .nextId = nextId_};
+    for (const auto& [id, row] : edits_) {
+        if (row.isNew) {
+            if (row.record) {
+                changes.inserts.push_back(row.record);
+            }
+        } else if (row.record) {
+            changes.updates.push_back({row.record, row.shapeChanged, row.changedValues});
+        } else {
+            changes.deletes.push_back(id);
+        }
+    }
+    std::sort(changes.inserts.begin(), changes.inserts.end(),
+              [](const RecordPtr& a, const RecordPtr& b) { return a->id < b->id; });
+    std::sort(changes.updates.begin(), changes.updates.end(),
+              [](const RecordChange& a, const RecordChange& b) { return a.record->id < b.record->id; });
+    std::sort(changes.deletes.begin(), changes.deletes.end());
+    return changes;
+}
+
+void EditedTable::editsSaved() {
+    for (const auto& [id, row] : edits_) {
+        if (!row.record) {
+            savedDeletions_.insert(id);
+        }
+    }
+    ++storeRevision_;
+    editsDiscarded();
+}
+
+void EditedTable::editsDiscarded() {
+    edits_ = {};
+    index_ = {};
+    notIndexed_ = {};
+    countDifference_ = 0;
+    firstNewId_.reset();
+}
+
+} // namespace qz
