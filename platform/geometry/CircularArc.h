@@ -15,10 +15,18 @@ struct CircularArc {
     double radius = 0;
     double startAngle = 0;
     double sweep = 0; // positive counter-clockwise, at most a full turn either way
+    // The point at `startAngle`, where it is known: the centre of a flat arc is so far away that its rounding is more
+    // than the arc rises over its chord.
+    XY start{undefined, undefined};
 
     [[nodiscard]] double length() const noexcept { return radius * std::abs(sweep); }
     // The point at `ratio` of the sweep, 0 at the start, 1 at the end.
     [[nodiscard]] XY at(double ratio) const noexcept;
+    // The inverse of `at` for points on the circle; others count by their direction from the centre. At least 0; above
+    // 1 on the part of the circle that the arc leaves out.
+    [[nodiscard]] double ratioOf(XY p) const noexcept;
+    // Extent of the quadrant points of the circle that the arc passes; empty when it passes none.
+    [[nodiscard]] Envelope quadrantEnvelope() const noexcept;
     // True extent, touching the quadrant points the arc passes.
     [[nodiscard]] Envelope envelope() const noexcept;
     // Area between arc and chord, positive for a counter-clockwise arc.
@@ -26,8 +34,8 @@ struct CircularArc {
 };
 
 // The arc from `start` through `middle` to `end`; nothing when the three lie on one line (a robust test, not a
-// tolerance) or when `start` equals `middle`. Equal ends give the full circle whose diameter is start-middle, run
-// through in the given sense.
+// tolerance), when `middle` equals an end, or when the radius is beyond all numbers. Equal ends give the full circle
+// whose diameter is start-middle, run through in the given sense.
 [[nodiscard]] std::optional<CircularArc> arcThrough(XY start, XY middle, XY end,
                                                     ArcSense fullCircleSense = ArcSense::counterClockwise);
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace qz {
@@ -27,6 +29,14 @@ struct Vertex {
 
 [[nodiscard]] inline bool isFinite(XY p) noexcept {
     return std::isfinite(p.x) && std::isfinite(p.y);
+}
+
+// Equal to the last bit, so that 0 and -0 differ; undefined equals undefined.
+[[nodiscard]] inline bool sameBits(double a, double b) noexcept {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (std::isnan(a) && std::isnan(b));
+}
+[[nodiscard]] inline bool sameBits(XY a, XY b) noexcept {
+    return sameBits(a.x, b.x) && sameBits(a.y, b.y);
 }
 
 } // namespace qz

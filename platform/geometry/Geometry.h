@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -23,7 +25,7 @@ enum class GeometryKind { point = 1, multipoint = 2, polyline = 3, polygon = 4 }
 struct GeometryTraits {
     bool zAware = false;
     bool mAware = false;
-    SpatialReference spatialReference;
+    SpatialReference spatialReference = {};
 };
 
 // Empty when x or y is undefined.
@@ -85,9 +87,7 @@ public:
     [[nodiscard]] const SpatialReference& spatialReference() const noexcept { return traits().spatialReference; }
 
     // Nothing when it is of another kind.
-    template <typename Shape> [[nodiscard]] const Shape* getIf() const noexcept {
-        return std::get_if<Shape>(&shape_);
-    }
+    template <typename Shape> [[nodiscard]] const Shape* getIf() const noexcept { return std::get_if<Shape>(&shape_); }
     template <typename Shape> [[nodiscard]] Shape* getIf() noexcept { return std::get_if<Shape>(&shape_); }
 
     // Throws PlatformError that names both kinds when it is of another one.
@@ -120,11 +120,13 @@ template <typename Shape> Shape& Geometry::as() {
 
 // Calls `change(Vertex&)` for every vertex and every control point of an arc.
 template <typename Change> void transformVertices(Geometry& geometry, Change change);
+// Calls `see(Vertex)` for every vertex and every control point of an arc.
+template <typename See> void forEachVertex(const Geometry& geometry, See see);
 
 // An ordered list of geometries of any kinds.
 struct GeometryCollection {
     std::vector<Geometry> geometries;
-    SpatialReference spatialReference;
+    SpatialReference spatialReference = {};
 };
 
 // Same kind, awareness and coordinates, bit for bit; undefined equals undefined. The spatial reference is not compared.
@@ -141,11 +143,32 @@ template <typename Change> void transformVertices(Geometry& geometry, Change cha
             }
         } else if constexpr (std::is_same_v<Shape, Polyline>) {
             for (Path& path : shape.paths) {
-                path.transform(change);
+                path.transform(std::ref(change));
             }
         } else {
             for (Path& ring : shape.rings) {
-                ring.transform(change);
+                ring.transform(std::ref(change));
+            }
+        }
+    });
+}
+
+template <typename See> void forEachVertex(const Geometry& geometry, See see) {
+    geometry.visit([&see](const auto& shape) {
+        using Shape = std::decay_t<decltype(shape)>;
+        if constexpr (std::is_same_v<Shape, Point>) {
+            see(shape.vertex);
+        } else if constexpr (std::is_same_v<Shape, Multipoint>) {
+            for (const Vertex& vertex : shape.vertices) {
+                see(vertex);
+            }
+        } else if constexpr (std::is_same_v<Shape, Polyline>) {
+            for (const Path& path : shape.paths) {
+                path.forEachVertex(std::ref(see));
+            }
+        } else {
+            for (const Path& ring : shape.rings) {
+                ring.forEachVertex(std::ref(see));
             }
         }
     });

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "platform/geometry/CircularArc.h"
@@ -27,6 +28,8 @@ public:
     Path() = default;
     explicit Path(std::vector<XY> coordinates) : xy_(std::move(coordinates)) {}
     explicit Path(std::span<const Vertex> vertices);
+    // `z` and `m`: empty, or one a vertex.
+    Path(std::vector<XY> coordinates, std::vector<double> z, std::vector<double> m);
 
     [[nodiscard]] std::size_t vertexCount() const noexcept { return xy_.size(); }
     [[nodiscard]] std::size_t segmentCount() const noexcept { return xy_.empty() ? 0 : xy_.size() - 1; }
@@ -39,7 +42,12 @@ public:
     [[nodiscard]] Vertex vertex(std::size_t index) const;
     [[nodiscard]] Vertex front() const { return vertex(0); }
     [[nodiscard]] Vertex back() const { return vertex(xy_.size() - 1); }
+    // An arc whose control points come onto one line becomes a straight segment. The two ends of a full circle are
+    // moved by `transform`, since one by one they would break it up.
     void setVertex(std::size_t index, const Vertex& vertex);
+    // Empty when never defined, else one a vertex.
+    [[nodiscard]] std::span<const double> z() const noexcept { return z_; }
+    [[nodiscard]] std::span<const double> m() const noexcept { return m_; }
 
     [[nodiscard]] bool hasArcs() const noexcept { return !arcs_.empty(); }
     // Ascending by segment.
@@ -53,7 +61,8 @@ public:
     // Starts the path, or continues it with a straight segment.
     void addVertex(const Vertex& vertex);
     // Continues a non-empty path with an arc through `middle`. Three control points on one line give two straight
-    // segments; equal ends with a `middle` apart give a full circle with the given sense.
+    // segments, or one when `middle` equals an end; equal ends with a `middle` apart give a full circle with the given
+    // sense.
     void addArc(const Vertex& middle, const Vertex& end, ArcSense fullCircleSense = ArcSense::counterClockwise);
     // Appends `next`, whose first vertex must equal the last of this path, without repeating it.
     void append(const Path& next);
@@ -63,8 +72,12 @@ public:
     // Only of use for a full circle, whose sense the control points don't tell.
     void setFullCircleSense(ArcSense sense);
 
-    // Calls `change(Vertex&)` for every vertex and every control point of an arc.
+    // Calls `change(Vertex&)` for every vertex and every control point of an arc. An arc whose control points come onto
+    // one line becomes a straight segment. A full circle keeps its sense, even when it is mirrored.
     template <typename Change> void transform(Change change);
+
+    // Calls `see(Vertex)` for every vertex and every control point of an arc.
+    template <typename See> void forEachVertex(See see) const;
 
     [[nodiscard]] bool hasDefinedZ() const noexcept { return !z_.empty(); }
     [[nodiscard]] bool hasDefinedM() const noexcept { return !m_.empty(); }
@@ -72,12 +85,17 @@ public:
     // Arcs count with their true extent.
     [[nodiscard]] Envelope envelope() const;
 
-    // Equal coordinates, z, m and arcs, bit for bit; undefined equals undefined.
-    friend bool operator==(const Path&, const Path&);
+    // Comparisons are bit for bit, control points included; undefined equals undefined.
+    [[nodiscard]] bool hasSameXY(const Path& other) const;
+    [[nodiscard]] bool hasSameZ(const Path& other) const;
+    [[nodiscard]] bool hasSameM(const Path& other) const;
+    friend bool operator==(const Path& a, const Path& b) { return a.hasSameXY(b) && a.hasSameZ(b) && a.hasSameM(b); }
 
 private:
-    void setZ(std::size_t index, double z);
-    void setM(std::size_t index, double m);
+    void storeVertex(std::size_t index, const Vertex& vertex);
+    [[nodiscard]] bool settleSense(ArcSegment& arc) const;
+    // Puts right what follows from the control points after some of the segments from `first` to `last` changed.
+    void settleArcs(std::size_t first, std::size_t last);
 
     std::vector<XY> xy_;
     std::vector<double> z_; // empty, or one a vertex
@@ -85,15 +103,25 @@ private:
     std::vector<ArcSegment> arcs_;
 };
 
+template <typename See> void Path::forEachVertex(See see) const {
+    for (std::size_t i = 0; i < xy_.size(); ++i) {
+        see(vertex(i));
+    }
+    for (const ArcSegment& arc : arcs_) {
+        see(arc.middle);
+    }
+}
+
 template <typename Change> void Path::transform(Change change) {
     for (std::size_t i = 0; i < xy_.size(); ++i) {
         Vertex v = vertex(i);
         change(v);
-        setVertex(i, v);
+        storeVertex(i, v);
     }
     for (ArcSegment& arc : arcs_) {
         change(arc.middle);
     }
+    settleArcs(0, xy_.size());
 }
 
 } // namespace qz

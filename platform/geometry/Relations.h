@@ -6,9 +6,9 @@
 
 namespace qz {
 
-// How a feature lies to a search geometry. `undefined` is the state of a filter whose relation was never set.
+// How a feature lies to a search geometry. `notSet` is the state of a filter whose relation was never chosen.
 enum class SpatialRelation {
-    undefined = 0,
+    notSet = 0,
     intersects = 1,
     envelopeIntersects = 2,
     touches = 4,
@@ -18,11 +18,20 @@ enum class SpatialRelation {
     contains = 8
 };
 
-// A search geometry made ready for many tests. The geometry given is copied.
+// A search geometry made ready for many tests. The geometry given is copied. Places that are no farther apart than the
+// tolerance of its spatial reference are one place.
+//
+// Contains: nothing of the other lies outside, and the interiors meet; a point on the boundary is not contained.
+//
+// Touches: the boundaries meet, the interiors do not; the boundary of a line is its two ends.
+//
+// Crosses: lines that meet inside both of them, in points only; a line or multipoint that is partly inside an area.
+//
+// Overlaps: the common part has the dimension of both, and neither contains the other.
 class PreparedRelation {
 public:
     // `relation`: how the tested geometry has to lie to `search` ("within": the tested one within the search geometry).
-    // Undefined means intersects.
+    // Not set means intersects.
     PreparedRelation(const Geometry& search, SpatialRelation relation);
     ~PreparedRelation();
     PreparedRelation(PreparedRelation&&) noexcept;

@@ -23,7 +23,10 @@ inline Schema roadSchema() {
     Schema schema;
     schema.name = "roads";
     schema.classId = 1;
-    schema.shape = ShapeDefinition{.kind = GeometryKind::polyline, .hasZ = true, .hasM = true};
+    schema.shape.emplace();
+    schema.shape->kind = GeometryKind::polyline;
+    schema.shape->hasZ = true;
+    schema.shape->hasM = true;
     schema.fields = {field("NAME", FieldType::string), field("LANES", FieldType::integer)};
     return schema;
 }

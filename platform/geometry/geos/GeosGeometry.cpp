@@ -1,0 +1,129 @@
+#include "platform/geometry/geos/GeosGeometry.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "platform/geometry/Orientation.h"
+
+namespace qz {
+
+namespace {
+
+constexpr const char* conversion = "taking over a geometry";
+
+GEOSContextHandle_t handle() {
+    return GeosContext::ofThread().handle();
+}
+
+GeosGeometryPtr checked(GEOSGeometry* made) {
+    if (made == nullptr) {
+        GeosContext::ofThread().fail(conversion);
+    }
+    return GeosGeometryPtr(made);
+}
+
+GEOSCoordSequence* sequenceOf(std::span<const XY> xy) {
+    const auto bad = std::ranges::find_if(xy, [](XY p) { return !isFinite(p); });
+    if (bad != xy.end()) {
+        throw PlatformError(fmt::format("The coordinate ({}, {}) is not finite.", bad->x, bad->y));
+    }
+    GEOSCoordSequence* sequence =
+        GEOSCoordSeq_copyFromBuffer_r(handle(), &xy.data()->x, static_cast<unsigned>(xy.size()), 0, 0);
+    if (sequence == nullptr) {
+        GeosContext::ofThread().fail(conversion);
+    }
+    return sequence;
+}
+
+// GEOS wants at least that many points in a curve; a shorter one stands still at its end.
+void padTo(std::vector<XY>& xy, std::size_t count) {
+    xy.resize(std::max(xy.size(), count), xy.back());
+}
+
+GeosGeometryPtr pointOf(XY p) {
+    return checked(GEOSGeom_createPoint_r(handle(), sequenceOf({&p, 1})));
+}
+
+GeosGeometryPtr lineOf(const Path& path) {
+    std::vector<XY> xy(path.xy().begin(), path.xy().end());
+    padTo(xy, 2);
+    return checked(GEOSGeom_createLineString_r(handle(), sequenceOf(xy)));
+}
+
+GeosGeometryPtr ringOf(const Path& path) {
+    std::vector<XY> xy(path.xy().begin(), path.xy().end());
+    padTo(xy, 4);
+    return checked(GEOSGeom_createLinearRing_r(handle(), sequenceOf(xy)));
+}
+
+std::vector<GEOSGeometry*> released(std::vector<GeosGeometryPtr>& owned) {
+    std::vector<GEOSGeometry*> raw;
+    std::ranges::transform(owned, std::back_inserter(raw), [](GeosGeometryPtr& one) { return one.release(); });
+    return raw;
+}
+
+GeosGeometryPtr polygonOf(GeosGeometryPtr exterior, std::vector<GeosGeometryPtr> holes) {
+    std::vector<GEOSGeometry*> raw = released(holes);
+    return checked(
+        GEOSGeom_createPolygon_r(handle(), exterior.release(), raw.data(), static_cast<unsigned>(raw.size())));
+}
+
+GeosGeometryPtr collected(std::vector<GeosGeometryPtr> parts, int type) {
+    if (parts.size() == 1) {
+        return std::move(parts.front());
+    }
+    std::vector<GEOSGeometry*> raw = released(parts);
+    return checked(GEOSGeom_createCollection_r(handle(), type, raw.data(), static_cast<unsigned>(raw.size())));
+}
+
+GeosGeometryPtr makeShape(const Point& point) {
+    return point.isEmpty() ? checked(GEOSGeom_createEmptyPoint_r(handle())) : pointOf(point.vertex.xy());
+}
+
+GeosGeometryPtr makeShape(const Multipoint& multipoint) {
+    std::vector<GeosGeometryPtr> points;
+    for (const Vertex& vertex : multipoint.vertices) {
+        points.push_back(pointOf(vertex.xy()));
+    }
+    return collected(std::move(points), GEOS_MULTIPOINT);
+}
+
+GeosGeometryPtr makeShape(const Polyline& polyline) {
+    std::vector<GeosGeometryPtr> lines;
+    for (const Path& path : polyline.paths) {
+        if (!path.isEmpty()) {
+            lines.push_back(lineOf(path));
+        }
+    }
+    return collected(std::move(lines), GEOS_MULTILINESTRING);
+}
+
+GeosGeometryPtr partOf(std::span<const Path> rings) {
+    std::vector<GeosGeometryPtr> holes;
+    for (const Path& hole : rings.subspan(1)) {
+        if (!hole.isEmpty()) {
+            holes.push_back(ringOf(hole));
+        }
+    }
+    return polygonOf(ringOf(rings.front()), std::move(holes));
+}
+
+GeosGeometryPtr makeShape(const Polygon& polygon) {
+    std::vector<GeosGeometryPtr> polygons;
+    for (const std::span<const Path> rings : polygonParts(polygon)) {
+        if (!rings.front().isEmpty()) {
+            polygons.push_back(partOf(rings));
+        }
+    }
+    return collected(std::move(polygons), GEOS_MULTIPOLYGON);
+}
+
+} // namespace
+
+GeosGeometryPtr toGeos(const Geometry& geometry) {
+    return geometry.visit([](const auto& shape) { return makeShape(shape); });
+}
+
+} // namespace qz
