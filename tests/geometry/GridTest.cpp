@@ -64,7 +64,7 @@ TEST(SnapToSpatialReference, RoundsEveryKindAndRemovesNothing) {
         {"POINT ZM (1.4 2.6 3.3 14)", "POINT ZM (1 3 3.5 10)"},
         {"POINT EMPTY", "POINT EMPTY"},
         {"MULTIPOINT ((1.4 0),(0.6 0))", "MULTIPOINT ((1 0),(1 0))"},
-        {"LINESTRING Z (0.1 0 nan,0.2 0 1.3)", "LINESTRING Z (0 0 nan,0 0 1.5)"},
+        {"LINESTRING Z (0.1 0 NaN,0.2 0 1.3)", "LINESTRING Z (0 0 NaN,0 0 1.5)"},
         {"POLYGON ((0.4 0,0 9.2,9 9,0.4 0))", "POLYGON ((0 0,0 9,9 9,0 0))"},
         // Ends on the grid: the arc stays as it is.
         {"CIRCULARSTRING (0 0,0.3 0.95,10 0)", "CIRCULARSTRING (0 0,0.3 0.95,10 0)"},

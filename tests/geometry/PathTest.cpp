@@ -140,13 +140,13 @@ TEST(Path, ZAndMAppearWithTheFirstDefinedValue) {
 }
 
 TEST(Geometry, IsIdenticalOnlyWithTheSameBits) {
-    const Geometry line = geometryFromWkt("LINESTRING Z (0 0 nan,1 1 5)");
+    const Geometry line = geometryFromWkt("LINESTRING Z (0 0 NaN,1 1 5)");
     for (const char* other :
-         {"LINESTRING Z (-0 0 nan,1 1 5)", "LINESTRING Z (0 0 0,1 1 5)", "LINESTRING M (0 0 nan,1 1 5)",
-          "LINESTRING Z (0 0 nan,1 1 5,1 1 5)", "MULTIPOINT Z ((0 0 nan),(1 1 5))"}) {
+         {"LINESTRING Z (-0 0 NaN,1 1 5)", "LINESTRING Z (0 0 0,1 1 5)", "LINESTRING M (0 0 NaN,1 1 5)",
+          "LINESTRING Z (0 0 NaN,1 1 5,1 1 5)", "MULTIPOINT Z ((0 0 NaN),(1 1 5))"}) {
         EXPECT_FALSE(identical(line, geometryFromWkt(other))) << other;
     }
-    EXPECT_TRUE(identical(line, geometryFromWkt("LINESTRING Z (0 0 nan,1 1 5)")));
+    EXPECT_TRUE(identical(line, geometryFromWkt("LINESTRING Z (0 0 NaN,1 1 5)")));
     EXPECT_FALSE(
         identical(geometryFromWkt("CIRCULARSTRING (0 0,5 5,10 0)"), geometryFromWkt("CIRCULARSTRING (0 0,5 -5,10 0)")));
 }

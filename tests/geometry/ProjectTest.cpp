@@ -23,7 +23,7 @@ Geometry projectedTo(Geometry geometry, int epsg) {
 }
 
 TEST(Project, FindsKnownCoordinatesWithXToTheEast) {
-    const Vertex utm = projectedTo(geometryIn("POINT ZM (15 50 7 nan)", 4326), 32633).as<Point>().vertex;
+    const Vertex utm = projectedTo(geometryIn("POINT ZM (15 50 7 NaN)", 4326), 32633).as<Point>().vertex;
     EXPECT_NEAR(utm.x, 500000, 1e-6);
     EXPECT_NEAR(utm.y, 5538630.7, 0.05);
     EXPECT_EQ(utm.z, 7);

@@ -16,7 +16,7 @@ namespace qz {
 
 namespace {
 
-// GDAL writes "nan" but doesn't read it. While a text is read this number, which is no height on earth, stands for it.
+// GDAL reads no text for an undefined number. While a text is read this number, which is no height on earth, stands for it.
 constexpr double undefinedInText = std::numeric_limits<double>::lowest();
 
 std::optional<double> numberIn(std::string_view token) {
@@ -82,7 +82,7 @@ private:
 };
 
 std::string textOf(double number) {
-    return std::isnan(number) ? "nan" : fmt::format("{}", number);
+    return std::isnan(number) ? "NaN" : fmt::format("{}", number);
 }
 
 // GDAL writes the text; its numbers are replaced, since it has no shortest form for them and drops the zeros at the end

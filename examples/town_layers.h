@@ -1,0 +1,16 @@
+#pragma once
+
+#include <ogrsf_frmts.h>
+
+#include "town_plan.h"
+
+namespace town {
+
+// Each writes its layer; they throw std::runtime_error with GDAL's words when that fails.
+void writeDomains(GDALDataset& dataset);
+void writeStreets(GDALDataset& dataset, const std::vector<Street>& streets, Dice& dice);
+void writeStreetRules(GDALDataset& dataset);
+void writeParcels(GDALDataset& dataset, const std::vector<Parcel>& parcels, Dice& dice);
+void writeSurveyLines(GDALDataset& dataset, const std::vector<SurveyLine>& lines);
+
+} // namespace town

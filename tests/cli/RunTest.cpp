@@ -1,0 +1,146 @@
+#include "Program.h"
+
+namespace qz::test {
+namespace {
+
+using RunCommand = ProgramTest;
+
+TEST_F(RunCommand, FlipsTheSelectedFeaturesInPlace) {
+    const std::string before = street(3);
+    const Outcome run = qz("run QZ_Flip --data town.gpkg:streets --where \"name = 'Weaver Street'\" --report report.json");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("8 updated"), std::string::npos) << run.out;
+    const auto report = nlohmann::json::parse(contentOf(folder / "report.json"));
+    EXPECT_EQ(report["method"], "QZ_Flip");
+    EXPECT_EQ(report["result"], true);
+    EXPECT_EQ(report["saved"], true);
+    EXPECT_EQ(report["updated"].size(), 8U);
+    EXPECT_EQ(report["parameters"]["fCount"], 8);
+    EXPECT_EQ(report["progress"]["text"], "Flipping polylines: 7");
+    EXPECT_EQ(report["refresh"]["count"], 8);
+    EXPECT_EQ(report["updated"][0]["values"]["name"], "Weaver Street");
+    EXPECT_NE(street(3), before);
+    EXPECT_EQ(files(), (std::vector<std::string>{"report.json", "town.gpkg"})) << "no side files are left";
+}
+
+TEST_F(RunCommand, DryRunAndOutputLeaveTheDataUntouched) {
+    const std::string before = contentOf(folder / "town.gpkg");
+    EXPECT_EQ(qz("run QZ_Flip --data town.gpkg:streets --all --dry-run").status, 0);
+    EXPECT_EQ(contentOf(folder / "town.gpkg"), before);
+    const std::string shape = street(3);
+    EXPECT_EQ(qz("run QZ_Flip --data town.gpkg:streets --fid 3 --output flipped.gpkg").status, 0);
+    EXPECT_EQ(contentOf(folder / "town.gpkg"), before);
+    EXPECT_NE(street(3, "flipped.gpkg:streets"), shape);
+    EXPECT_EQ(files(), (std::vector<std::string>{"flipped.gpkg", "town.gpkg"}));
+}
+
+TEST_F(RunCommand, SelectionsCombine) {
+    const auto count = [&](const std::string& selection) -> int {
+        return qz("run QZ_Flip --data town.gpkg:streets --dry-run --report - " + selection).json()["parameters"]["fCount"];
+    };
+    EXPECT_EQ(count("--all"), 152);
+    EXPECT_EQ(count("--where \"name = 'nowhere'\""), 0);
+    const int box = count("--bbox 548300,5806200,548500,5806300");
+    EXPECT_GT(box, 3);
+    EXPECT_LT(box, 30);
+    EXPECT_EQ(count("--bbox 548300,5806200,548500,5806300 --fid 3,140"), 1);
+    EXPECT_EQ(count("--fid 3,7,3"), 2);
+}
+
+TEST_F(RunCommand, WrongUsageEndsWith2AndSaysWhatToDo) {
+    const std::string before = contentOf(folder / "town.gpkg");
+    const std::pair<const char*, const char*> rows[] = {
+        {"run QZ_Flop --data town.gpkg:streets --all", "did you mean QZ_Flip?"},
+        {"run QZ_Flip --data town.gpkg:streets --all --fcount 3", "did you mean --fCount?"},
+        {"run QZ_Flip --data town.gpkg:streets --all --fCount three", "no whole number"},
+        {"run QZ_Flip --data town.gpkg:streets --all --fCount", "has no value"},
+        {"run QZ_Flip --data town.gpkg:streets --all --pApp x", "which the host supplies"},
+        {"run QZ_Flip --data town.gpkg:streets", "--fid, --where, --bbox or --all"},
+        {"run QZ_Flip --all", "name the layer with --data"},
+        {"run QZ_Flip --data town.gpkg:streets --fid 99999", "no feature 99999"},
+        {"run QZ_Flip --data town.gpkg:streets --fid 3,x", "no list of object ids"},
+        {"run QZ_Flip --data town.gpkg:streets --where \"nmae = 1\"", "nmae"},
+        {"run QZ_Flip --data town.gpkg:streets --bbox 1,2,3", "xmin,ymin,xmax,ymax"},
+        {"run QZ_Flip --data town.gpkg:streets --all --map-crs EPSG:1", "EPSG:1"},
+        {"run QZ_Flip --data town.gpkg:streets --all --picture a.gif", ".png or .svg"},
+        {"run QZ_Flip --data town.gpkg:streets --all --locale xx_YY", "xx_YY"},
+        {"run QZ_Flip --data town.gpkg:streets --all --seed -1", "--seed"},
+        {"methods QZ_Flap", "did you mean QZ_Flip?"},
+        {"script missing-argument-follows --nonsense", "nonsense"},
+        {"", "subcommand"},
+    };
+    for (const auto& [arguments, hint] : rows) {
+        SCOPED_TRACE(arguments);
+        const Outcome run = qz(arguments);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_NE(run.err.find(hint), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(contentOf(folder / "town.gpkg"), before);
+}
+
+TEST_F(RunCommand, DataThatCannotBeReadOrWrittenEndsWith3) {
+    write("text.gpkg", "this is no database");
+    const std::pair<const char*, const char*> rows[] = {
+        {"run QZ_Flip --data missing.gpkg:streets --all", "does not exist"},
+        {"run QZ_Flip --data town.gpkg:street --all", "streets"},
+        {"run QZ_Flip --data town.gpkg --all", "PATH:LAYER"},
+        {"run QZ_Flip --data text.gpkg:a --all", "text.gpkg"},
+        {"run QZ_Flip --data town.gpkg:streets --all --output missing/folder.gpkg", "missing"},
+        {"run QZ_Flip --data town.gpkg:streets --all --output town.gpkg", "town.gpkg"},
+        {"info missing.gpkg", "does not exist"},
+        {"info town.gpkg:street", "streets"},
+        {"script missing.jsonl", "can't be read"},
+    };
+    for (const auto& [arguments, hint] : rows) {
+        SCOPED_TRACE(arguments);
+        const Outcome run = qz(arguments);
+        EXPECT_EQ(run.status, 3);
+        EXPECT_NE(run.err.find(hint), std::string::npos) << run.err;
+    }
+}
+
+TEST_F(RunCommand, RefusedRunsEndWith1AndSaveNothing) {
+    const std::string before = contentOf(folder / "town.gpkg");
+    const Outcome polygons = qz("run QZ_Flip --data town.gpkg:parcels --all --report -");
+    EXPECT_EQ(polygons.status, 1);
+    EXPECT_EQ(polygons.json()["result"], false);
+    EXPECT_EQ(polygons.json()["saved"], false);
+    const Outcome planned = qz("run QZ_ValidateEdits --data town.gpkg:streets");
+    EXPECT_EQ(planned.status, 1);
+    EXPECT_NE(planned.err.find("not available"), std::string::npos);
+    EXPECT_EQ(contentOf(folder / "town.gpkg"), before);
+}
+
+TEST_F(RunCommand, FileLockedByAnotherProgramIsLeftAlone) {
+    const std::string before = street(3);
+    // Holds a write lock on the file until it is told to go on.
+    const Outcome run = shell("sqlite3 -batch town.gpkg <<'SQL' &\n"
+                              "BEGIN IMMEDIATE;\n.shell touch locked; while [ -e locked ]; do sleep 0.05; done\nCOMMIT;\nSQL\n"
+                              "while [ ! -e locked ]; do sleep 0.05; done\n" QZ_PROGRAM
+                              " run QZ_Flip --data town.gpkg:streets --fid 3; status=$?; rm locked; wait; exit $status");
+    if (run.err.find("sqlite3: ") != std::string::npos) {
+        GTEST_SKIP() << "there is no sqlite3 to lock the file with";
+    }
+    EXPECT_EQ(run.status, 3) << run.err;
+    EXPECT_EQ(street(3), before);
+}
+
+TEST_F(RunCommand, MethodsWithoutDataNeedNone) {
+    const Outcome run = qz("run GetQZVersion --report -");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.json()["result"], "10.2");
+    EXPECT_EQ(run.json()["parameters"]["sQZBuilt"], "30 May 2012");
+}
+
+TEST_F(RunCommand, PictureIsDrawnAndHelpHasExamples) {
+    EXPECT_EQ(qz("run QZ_Flip --data town.gpkg:streets --fid 3 --picture map.svg --dry-run").status, 0);
+    EXPECT_NE(contentOf(folder / "map.svg").find("<svg"), std::string::npos);
+    for (const char* command : {"", "run", "info", "methods", "script"}) {
+        const Outcome help = qz(fmt::format("{} --help", command));
+        EXPECT_EQ(help.status, 0);
+        EXPECT_NE(help.out.find("Example"), std::string::npos) << command;
+    }
+}
+
+} // namespace
+} // namespace qz::test

@@ -1,0 +1,91 @@
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "platform/Error.h"
+#include "platform/app/Services.h"
+#include "tests/host/ScratchFolder.h"
+
+namespace qz {
+namespace {
+
+TEST(NumberLocale, ThePlainLocaleGroupsWithACommaThoughItNamesNoMark) {
+    const NumberLocale locale = NumberLocale::named("C");
+    EXPECT_EQ(locale.decimalMark, ".");
+    EXPECT_EQ(locale.groupingMark, ",");
+}
+
+TEST(NumberLocale, AMissingLocaleIsNamedInTheRefusal) {
+    try {
+        (void)NumberLocale::named("tlh_QO.UTF-8");
+        FAIL() << "a locale that no system has was accepted";
+    } catch (const PlatformError& error) {
+        EXPECT_NE(std::string(error.what()).find("tlh_QO.UTF-8"), std::string::npos) << error.what();
+    }
+}
+
+// Makes a locale known to this process only, compiled from its source where the system has that, so that the test
+// doesn't depend on which locales are installed.
+class CompiledLocale {
+public:
+    CompiledLocale(const ScratchFolder& folder, const std::string& source, const std::string& name) {
+        const std::string path = folder.file(name);
+        const std::string command = "localedef -c -f UTF-8 -i " + source + " " + path + " >/dev/null 2>&1";
+        exists_ = std::system(command.c_str()) != -1 && std::filesystem::exists(path + "/LC_NUMERIC");
+        setenv("LOCPATH", folder.file("").c_str(), 1);
+    }
+    ~CompiledLocale() { unsetenv("LOCPATH"); }
+    CompiledLocale(const CompiledLocale&) = delete;
+    CompiledLocale& operator=(const CompiledLocale&) = delete;
+
+    [[nodiscard]] bool exists() const { return exists_; }
+
+private:
+    bool exists_ = false;
+};
+
+struct LocaleRow {
+    const char* source;
+    NumberLocale marks;
+};
+
+TEST(NumberLocale, MarksOfTheSystemsLocaleAreTakenOver) {
+    const ScratchFolder folder;
+    for (const LocaleRow& row : {LocaleRow{"de_DE", {",", "."}}, LocaleRow{"en_US", {".", ","}}}) {
+        SCOPED_TRACE(row.source);
+        const std::string name = std::string(row.source) + "_tested.UTF-8";
+        const CompiledLocale compiled(folder, row.source, name);
+        if (!compiled.exists()) {
+            GTEST_SKIP() << "the system can't compile locales";
+        }
+        const NumberLocale locale = NumberLocale::named(name);
+        EXPECT_EQ(locale.decimalMark, row.marks.decimalMark);
+        EXPECT_EQ(locale.groupingMark, row.marks.groupingMark);
+    }
+}
+
+TEST(Services, AreAsBeforeWhenTheScopeEnds) {
+    const ScopedServices outer;
+    services().randomSeed = 1;
+    {
+        const ScopedServices inner;
+        services().randomSeed = 2;
+        services().locale.decimalMark = ",";
+    }
+    EXPECT_EQ(services().randomSeed, 1U);
+    EXPECT_EQ(services().locale.decimalMark, ".");
+}
+
+TEST(Services, AWishToStopInterrupts) {
+    const ScopedServices scope;
+    services().interruptRequested = [] { return false; };
+    EXPECT_NO_THROW(checkInterrupt());
+    services().interruptRequested = [] { return true; };
+    EXPECT_THROW(checkInterrupt(), Interrupted);
+    services().interruptRequested = nullptr;
+    EXPECT_NO_THROW(checkInterrupt());
+}
+
+} // namespace
+} // namespace qz
