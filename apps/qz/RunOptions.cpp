@@ -58,6 +58,8 @@ constexpr RunOption runOptions[] = {
      [](RunRequest& r, const std::string& t) { r.graphicsPath = t; }},
     {"picture", "FILE", "Picture of the map after the run, changes highlighted (.png, .svg)",
      [](RunRequest& r, const std::string& t) { r.picturePath = t; }},
+    {"before-after", "FILE", "The map before and after the run, side by side (.png, .svg)",
+     [](RunRequest& r, const std::string& t) { r.beforeAfterPath = t; }},
     {"output", "PATH", "Work on a copy; the data named stay untouched",
      [](RunRequest& r, const std::string& t) { r.outputPath = t; }},
     {"dry-run", nullptr, "Run and report, save nothing", [](RunRequest& r, const std::string&) { r.dryRun = true; }},

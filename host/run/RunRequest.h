@@ -32,6 +32,7 @@ struct RunRequest {
     std::optional<Envelope> extent;
     std::string graphicsPath;
     std::string picturePath;
+    std::string beforeAfterPath;
     std::string outputPath;
     std::string reportPath; // "-" for standard output
     std::string localeName;

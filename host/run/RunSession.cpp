@@ -54,6 +54,13 @@ std::vector<ObjectId> select(FeatureClass& featureClass, const SelectionRequest&
     return featureClass.ids(filter);
 }
 
+void requirePictureEnding(const std::string& path) {
+    const std::string ending = lowerCaseEnding(path);
+    if (!path.empty() && ending != ".png" && ending != ".svg") {
+        throw UsageError(fmt::format("The picture {} must end in .png or .svg.", path));
+    }
+}
+
 NumberLocale localeNamed(const std::string& name) {
     try {
         return NumberLocale::named(name);
@@ -92,8 +99,9 @@ std::vector<Geometry> inMapReference(std::vector<Geometry> shapes, const Spatial
 // The services of one run: notices go to a stream and into the report, locale and seed are those of the request.
 class RunSession::RunServices {
 public:
-    RunServices(const RunRequest& request, std::ostream& stream, RunReport& report) {
-        services().showMessage = [&stream, &report](const std::string& text) {
+    RunServices(const RunRequest& request, std::ostream& stream, TerminalLine& progress, RunReport& report) {
+        services().showMessage = [&stream, &progress, &report](const std::string& text) {
+            progress.clear();
             stream << text << std::endl;
             report.messages.push_back(text);
         };
@@ -256,10 +264,8 @@ RunSession::Layers RunSession::openLayers(const RunRequest& request) {
 
 const MethodInfo& RunSession::runnableMethod(const RunRequest& request) const {
     const MethodInfo& method = findMethod(request.method);
-    const std::string ending = lowerCaseEnding(request.picturePath);
-    if (!request.picturePath.empty() && ending != ".png" && ending != ".svg") {
-        throw UsageError(fmt::format("The picture {} must end in .png or .svg.", request.picturePath));
-    }
+    requirePictureEnding(request.picturePath);
+    requirePictureEnding(request.beforeAfterPath);
     if (!method.isAvailable()) {
         throw PlatformError(fmt::format("{} is not available in this version.", method.name));
     }
@@ -273,31 +279,36 @@ RunReport RunSession::run(const RunRequest& request) {
     const MethodInfo& method = runnableMethod(request);
     RunReport report;
     report.method = method.name;
-    const RunServices servicesOfRun(request, messages_, report);
+    const RunServices servicesOfRun(request, messages_, host_.statusBar().line(), report);
     setUpMap(request);
     const Layers layers = openLayers(request);
     loadGraphics(request.graphicsPath);
     HostArguments arguments(method, request, host_, layers.data, layers.source);
 
-    const RunWatch watch(layers, host_.focusMap(), !request.picturePath.empty());
+    std::optional<BeforeAfterPicture> beforeAfter;
+    if (!request.beforeAfterPath.empty()) {
+        beforeAfter.emplace(request.beforeAfterPath);
+        beforeAfter->drawBefore(host_.focusMap());
+    }
+    const RunWatch watch(layers, host_.focusMap(), !request.picturePath.empty() || beforeAfter);
     perform(method, arguments, layers.workspace, report);
     watch.tell(report, arguments, host_);
     finish(layers.workspace, report);
     report.saved = watch.wasSaved();
-    if (report.succeeded()) {
-        drawPicture(request.picturePath, report);
+    if (report.succeeded() && !request.picturePath.empty()) {
+        writePicture(request.picturePath, host_.focusMap(), highlight(report));
+    }
+    if (report.succeeded() && beforeAfter) {
+        beforeAfter->drawAfter(host_.focusMap(), highlight(report));
+        beforeAfter->save();
     }
     return report;
 }
 
-void RunSession::drawPicture(const std::string& path, const RunReport& report) {
-    if (path.empty()) {
-        return;
-    }
-    HeadlessMap& map = host_.focusMap();
-    writePicture(path, map,
-                 {inMapReference(report.changes.shapesBefore, map.spatialReference()),
-                  inMapReference(report.changes.shapesAfter, map.spatialReference())});
+Highlight RunSession::highlight(const RunReport& report) {
+    const SpatialReference& reference = host_.focusMap().spatialReference();
+    return {inMapReference(report.changes.shapesBefore, reference),
+            inMapReference(report.changes.shapesAfter, reference)};
 }
 
 int RunSession::undo(int steps) {

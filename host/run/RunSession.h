@@ -7,6 +7,7 @@
 
 #include "component/MethodTable.h"
 #include "host/HeadlessHost.h"
+#include "host/Picture.h"
 #include "host/run/DataSets.h"
 #include "host/run/HostArguments.h"
 #include "host/run/RunReport.h"
@@ -57,7 +58,7 @@ private:
     void startOperation(OverlayWorkspace& workspace);
     void endOperation(OverlayWorkspace& workspace, const RunReport& report);
     void finish(OverlayWorkspace* workspace, const RunReport& report);
-    void drawPicture(const std::string& path, const RunReport& report);
+    [[nodiscard]] Highlight highlight(const RunReport& report);
 
     HeadlessHost& host_;
     std::ostream& messages_;

@@ -67,9 +67,9 @@ protected:
         return names;
     }
 
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() /
-                                         fmt::format("qz-cli-{}-{}", getpid(),
-                                                     testing::UnitTest::GetInstance()->current_test_info()->name());
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() /
+        fmt::format("qz-cli-{}-{}", getpid(), testing::UnitTest::GetInstance()->current_test_info()->name());
 };
 
 } // namespace qz::test

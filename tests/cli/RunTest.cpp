@@ -1,3 +1,5 @@
+#include <gdal_priv.h>
+
 #include "Program.h"
 
 namespace qz::test {
@@ -7,7 +9,8 @@ using RunCommand = ProgramTest;
 
 TEST_F(RunCommand, FlipsTheSelectedFeaturesInPlace) {
     const std::string before = street(3);
-    const Outcome run = qz("run QZ_Flip --data town.gpkg:streets --where \"name = 'Weaver Street'\" --report report.json");
+    const Outcome run =
+        qz("run QZ_Flip --data town.gpkg:streets --where \"name = 'Weaver Street'\" --report report.json");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_NE(run.out.find("8 updated"), std::string::npos) << run.out;
     const auto report = nlohmann::json::parse(contentOf(folder / "report.json"));
@@ -36,7 +39,8 @@ TEST_F(RunCommand, DryRunAndOutputLeaveTheDataUntouched) {
 
 TEST_F(RunCommand, SelectionsCombine) {
     const auto count = [&](const std::string& selection) -> int {
-        return qz("run QZ_Flip --data town.gpkg:streets --dry-run --report - " + selection).json()["parameters"]["fCount"];
+        return qz("run QZ_Flip --data town.gpkg:streets --dry-run --report - " + selection)
+            .json()["parameters"]["fCount"];
     };
     EXPECT_EQ(count("--all"), 152);
     EXPECT_EQ(count("--where \"name = 'nowhere'\""), 0);
@@ -113,16 +117,35 @@ TEST_F(RunCommand, RefusedRunsEndWith1AndSaveNothing) {
 
 TEST_F(RunCommand, FileLockedByAnotherProgramIsLeftAlone) {
     const std::string before = street(3);
-    // Holds a write lock on the file until it is told to go on.
-    const Outcome run = shell("sqlite3 -batch town.gpkg <<'SQL' &\n"
-                              "BEGIN IMMEDIATE;\n.shell touch locked; while [ -e locked ]; do sleep 0.05; done\nCOMMIT;\nSQL\n"
-                              "while [ ! -e locked ]; do sleep 0.05; done\n" QZ_PROGRAM
-                              " run QZ_Flip --data town.gpkg:streets --fid 3; status=$?; rm locked; wait; exit $status");
-    if (run.err.find("sqlite3: ") != std::string::npos) {
-        GTEST_SKIP() << "there is no sqlite3 to lock the file with";
-    }
+    GDALAllRegister();
+    auto* other = static_cast<GDALDataset*>(
+        GDALOpenEx((folder / "town.gpkg").c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE, nullptr, nullptr, nullptr));
+    ASSERT_NE(other, nullptr);
+    other->ExecuteSQL("BEGIN IMMEDIATE", nullptr, nullptr);
+    const Outcome run = qz("run QZ_Flip --data town.gpkg:streets --fid 3");
+    other->ExecuteSQL("ROLLBACK", nullptr, nullptr);
+    GDALClose(other);
     EXPECT_EQ(run.status, 3) << run.err;
+    EXPECT_NE(run.err.find("town.gpkg"), std::string::npos) << run.err;
     EXPECT_EQ(street(3), before);
+}
+
+// The run is stopped while the method works: the shapes of a long selection are flipped one after the other.
+TEST_F(RunCommand, InterruptAbortsAndSavesNothing) {
+    const std::string before = street(3);
+    int interrupted = 0;
+    for (int attempt = 0; attempt < 40; ++attempt) {
+        const Outcome run = shell(fmt::format(QZ_PROGRAM " run QZ_Flip --data town.gpkg:streets --all & pid=$!; "
+                                                         "sleep 0.{:03}; kill -INT $pid; wait $pid",
+                                              attempt * 3));
+        if (run.status == 130) {
+            ++interrupted;
+            EXPECT_EQ(street(3), before);
+        } else if (run.status == 0) {
+            EXPECT_EQ(qz("run QZ_Flip --data town.gpkg:streets --all").status, 0);
+        }
+    }
+    EXPECT_GT(interrupted, 0);
 }
 
 TEST_F(RunCommand, MethodsWithoutDataNeedNone) {

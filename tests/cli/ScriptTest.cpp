@@ -7,8 +7,9 @@ using ScriptCommand = ProgramTest;
 
 constexpr const char* flip3 = R"({"run": "QZ_Flip", "data": "town.gpkg:streets", "fid": [3]})"
                               "\n";
-constexpr const char* flip7 = R"({"run": "QZ_Flip", "data": "town.gpkg:streets", "fid": "7", "parameters": {"fCount": 1}})"
-                              "\n";
+constexpr const char* flip7 =
+    R"({"run": "QZ_Flip", "data": "town.gpkg:streets", "fid": "7", "parameters": {"fCount": 1}})"
+    "\n";
 
 TEST_F(ScriptCommand, IsOneSessionWithUndoAndRedo) {
     const std::string third = street(3);
@@ -66,8 +67,8 @@ TEST_F(ScriptCommand, RunsOnSeveralDataSetsShareTheUndo) {
     std::filesystem::copy_file(folder / "town.gpkg", folder / "other.gpkg");
     const std::string here = street(3);
     const std::string there = street(3, "other.gpkg:streets");
-    write("edits.jsonl", std::string(flip3) + R"({"run": "QZ_Flip", "data": "other.gpkg:streets", "fid": 3})" +
-                             "\n" + flip3 + "{\"undo\": 2}");
+    write("edits.jsonl", std::string(flip3) + R"({"run": "QZ_Flip", "data": "other.gpkg:streets", "fid": 3})" + "\n" +
+                             flip3 + "{\"undo\": 2}");
     EXPECT_EQ(qz("script edits.jsonl").status, 0);
     EXPECT_NE(street(3), here);
     EXPECT_EQ(street(3, "other.gpkg:streets"), there);

@@ -1,5 +1,8 @@
 #include "component/MethodTable.h"
 
+#include <fstream>
+#include <sstream>
+
 #include <gtest/gtest.h>
 
 #include "component/MKQZGenFunRun.h"
@@ -17,9 +20,10 @@ namespace {
 TEST(MethodTable, Has72MethodsInTheirOrder) {
     const std::vector<MethodInfo>& table = methodTable();
     ASSERT_EQ(table.size(), 72U);
-    const std::pair<std::size_t, const char*> places[] = {
-        {1, "QZ_AddCogoFields"},  {14, "QZ_Flip"},        {20, "QZ_SplitInPoint2"}, {36, "QZ_DrawGaps"},
-        {48, "QZ_EnvelopeGraphics"}, {61, "QZ_InsertFeatureRun"}, {66, "QZ_SplitPolygon2"}, {72, "GetQZVersion"}};
+    const std::pair<std::size_t, const char*> places[] = {{1, "QZ_AddCogoFields"},     {14, "QZ_Flip"},
+                                                          {20, "QZ_SplitInPoint2"},    {36, "QZ_DrawGaps"},
+                                                          {48, "QZ_EnvelopeGraphics"}, {61, "QZ_InsertFeatureRun"},
+                                                          {66, "QZ_SplitPolygon2"},    {72, "GetQZVersion"}};
     for (const auto& [order, name] : places) {
         EXPECT_EQ(table[order - 1].name, name);
         EXPECT_EQ(table[order - 1].order, static_cast<int>(order));
@@ -95,6 +99,12 @@ TEST(MethodReference, ShowsWhatIsNotAvailable) {
     EXPECT_NE(text.find(" 14   QZ_Flip("), std::string::npos);
     EXPECT_NE(text.find("  2 - QZ_ValidateEdits("), std::string::npos);
     EXPECT_NE(methodsAsJson(selectMethods("QZ_Flip")).find("\"available\": true"), std::string::npos);
+}
+
+TEST(MethodReference, IsWrittenAnewWithTheTable) {
+    std::ifstream file(QZ_SOURCE_DIR "/docs/methods.md");
+    const std::string written{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_EQ(written, methodsAsMarkdown(selectMethods(""))) << "run: qz methods --markdown > docs/methods.md";
 }
 
 TEST(PlatformRelease, ComparesMajorAndMinor) {
