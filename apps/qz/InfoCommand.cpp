@@ -147,10 +147,6 @@ void showFormat(OverlayWorkspace& workspace) {
     }
     std::cout << fmt::format("{}\n  format   {}\n  holds    {}\n  save     {}\n  refuses  {}\n", workspace.path(),
                              format.format, fmt::join(holds, ", "), format.save, format.refusals);
-    const std::string refusal = workspace.store().refusalToSave();
-    if (!refusal.empty()) {
-        std::cout << "  now      can't be saved to: " << refusal << "\n";
-    }
 }
 
 ExitStatus showInfo(const std::string& place) {

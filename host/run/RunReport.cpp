@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include "platform/geometry/WellKnown.h"
@@ -16,13 +17,20 @@ Json number(double value) {
     return std::isfinite(value) ? Json(value) : Json(nullptr);
 }
 
+// The double with the fewest digits that is this single: 0.1, not 0.10000000149.
+Json shortest(float value) {
+    return std::isfinite(value) ? Json::parse(fmt::format("{}", value)) : Json(nullptr);
+}
+
 Json json(const Value& value) {
     return std::visit(
         [&value](const auto& content) -> Json {
             using Content = std::decay_t<decltype(content)>;
             if constexpr (std::is_same_v<Content, std::monostate>) {
                 return nullptr;
-            } else if constexpr (std::is_floating_point_v<Content>) {
+            } else if constexpr (std::is_same_v<Content, float>) {
+                return shortest(content);
+            } else if constexpr (std::is_same_v<Content, double>) {
                 return number(content);
             } else if constexpr (std::is_integral_v<Content> || std::is_same_v<Content, std::string>) {
                 return content;

@@ -14,4 +14,5 @@ run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${folder}/prefix)
 run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${folder}/build -G ${GENERATOR}
     -DCMAKE_PREFIX_PATH=${folder}/prefix -DCMAKE_CXX_FLAGS=${FLAGS})
 run(${CMAKE_COMMAND} --build ${folder}/build)
-run(${folder}/build/consumer)
+file(COPY ${CMAKE_CURRENT_LIST_DIR}/../../examples/town.gpkg DESTINATION ${folder})
+run(${folder}/build/consumer ${folder}/town.gpkg)

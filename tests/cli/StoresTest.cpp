@@ -1,0 +1,89 @@
+#include <gdal_priv.h>
+#include <gdal_utils.h>
+
+#include "Program.h"
+
+namespace qz::test {
+namespace {
+
+// The sample's streets in every format.
+class StoresCommand : public ProgramTest {
+protected:
+    StoresCommand() {
+        GDALAllRegister();
+        convert("ESRI Shapefile", "streets.shp");
+        convert("OpenFileGDB", "town.gdb");
+    }
+
+    void convert(const char* driver, const char* name) const {
+        GDALDatasetH source = GDALOpenEx((folder / "town.gpkg").c_str(), GDAL_OF_VECTOR, nullptr, nullptr, nullptr);
+        const char* arguments[] = {"-f", driver, "streets", nullptr};
+        GDALVectorTranslateOptions* options = GDALVectorTranslateOptionsNew(const_cast<char**>(arguments), nullptr);
+        GDALDatasetH copy = GDALVectorTranslate((folder / name).c_str(), nullptr, 1, &source, options, nullptr);
+        ASSERT_NE(copy, nullptr) << name;
+        GDALVectorTranslateOptionsFree(options);
+        GDALClose(copy);
+        GDALClose(source);
+    }
+
+    // The report without what differs from format to format: the object ids, the time it took, and the extent of the
+    // shapes as they were (a file geodatabase holds coordinates on a grid of its own until they are snapped to ours).
+    [[nodiscard]] nlohmann::json comparable(const std::string& arguments) const {
+        const Outcome run = qz("run QZ_Flip --report - " + arguments);
+        EXPECT_EQ(run.status, 0) << run.err;
+        nlohmann::json report = run.json();
+        for (auto& row : report["updated"]) {
+            row.erase("id");
+        }
+        report.erase("seconds");
+        report["refresh"].erase("extent");
+        return report;
+    }
+};
+
+void expectSame(const nlohmann::json& report, const nlohmann::json& expected) {
+    if (report != expected) {
+        ADD_FAILURE() << nlohmann::json::diff(expected, report).dump().substr(0, 500);
+    }
+}
+
+TEST_F(StoresCommand, TheSameFlipGivesTheSameReport) {
+    const std::string selection = " --where \"class = 'residential' AND MAXSPEED = 30\"";
+    const nlohmann::json geoPackage = comparable("--data town.gpkg:streets" + selection);
+    ASSERT_GT(geoPackage["updated"].size(), 20U);
+    expectSame(comparable("--data streets.shp" + selection), geoPackage);
+    expectSame(comparable("--data town.gdb:streets --output flipped.gdb" + selection), geoPackage);
+
+    // And again, from what was saved: back to the shapes of the sample.
+    const nlohmann::json again = comparable("--data town.gpkg:streets" + selection);
+    EXPECT_TRUE(again != geoPackage);
+    expectSame(comparable("--data streets.shp" + selection), again);
+    expectSame(comparable("--data flipped.gdb:streets --output back.gdb" + selection), again);
+    EXPECT_EQ(files(), (std::vector<std::string>{"back.gdb", "flipped.gdb", "streets.dbf", "streets.prj", "streets.shp",
+                                                 "streets.shx", "town.gdb", "town.gpkg"}));
+}
+
+TEST_F(StoresCommand, FileGeodatabaseIsNeverUpdatedInPlace) {
+    const Outcome run = qz("run QZ_Flip --data town.gdb:streets --all");
+    EXPECT_EQ(run.status, 3);
+    EXPECT_NE(run.err.find("--output"), std::string::npos) << run.err;
+    EXPECT_EQ(qz("run QZ_Flip --data town.gdb:streets --all --dry-run").status, 0);
+}
+
+TEST_F(StoresCommand, ReadOnlyDataAreReadButNotWritten) {
+    if (geteuid() == 0) {
+        // The superuser may write everything: run as somebody who may not.
+        std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    }
+    std::filesystem::permissions(folder / "streets.shp", std::filesystem::perms(0444));
+    const std::string as = geteuid() == 0 ? "setpriv --reuid=65534 --clear-groups " : "";
+    const Outcome run = shell(as + QZ_PROGRAM " run QZ_Flip --data streets.shp --all");
+    EXPECT_EQ(run.status, 3) << run.err;
+    EXPECT_NE(run.err.find("streets"), std::string::npos) << run.err;
+    EXPECT_EQ(shell(as + QZ_PROGRAM " info streets.shp").status, 0);
+    EXPECT_EQ(shell(as + QZ_PROGRAM " info town.gpkg").status, 0);
+    EXPECT_EQ(shell(as + QZ_PROGRAM " run QZ_Flip --data town.gpkg:streets --all").status, 3);
+}
+
+} // namespace
+} // namespace qz::test
