@@ -101,9 +101,8 @@ void drawBefore(Canvas& canvas, const Geometry& geometry) {
     }
 }
 
-void drawArrows(Canvas& canvas, const Geometry& geometry) {
+void drawArrows(Canvas& canvas, const Geometry& geometry, ArrowMarkerSymbol arrow) {
     for (const DirectionMark& mark : directionMarks(geometry, arrowSpacing / canvas.pixelsPerUnit(), canvas.window())) {
-        ArrowMarkerSymbol arrow = arrowAfter;
         arrow.angle = mark.polarAngleDegrees;
         canvas.drawArrow(mark.at, arrow);
     }
@@ -112,7 +111,16 @@ void drawArrows(Canvas& canvas, const Geometry& geometry) {
 void drawAfter(Canvas& canvas, const Geometry& geometry) {
     canvas.draw(geometry, {markerAfter, lineAfter, fillAfter});
     if (geometry.kind() == GeometryKind::polyline) {
-        drawArrows(canvas, geometry);
+        drawArrows(canvas, geometry, arrowAfter);
+    }
+}
+
+// Without the shapes after, which would hide it, the direction before can be shown.
+void drawDirectionBefore(Canvas& canvas, const Geometry& geometry) {
+    if (geometry.kind() == GeometryKind::polyline) {
+        ArrowMarkerSymbol arrow = arrowAfter;
+        arrow.color = lineBefore.color;
+        drawArrows(canvas, geometry, arrow);
     }
 }
 
@@ -147,6 +155,9 @@ void drawMapContent(Canvas& canvas, HeadlessMap& map, const std::vector<DrawnLay
     }
     for (const Geometry& geometry : highlight.before) {
         drawBefore(canvas, geometry);
+        if (highlight.after.empty()) {
+            drawDirectionBefore(canvas, geometry);
+        }
     }
 }
 

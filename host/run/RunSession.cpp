@@ -262,6 +262,19 @@ RunSession::Layers RunSession::openLayers(const RunRequest& request) {
     return layers;
 }
 
+std::vector<Geometry> RunSession::selectedShapes(const Layers& layers) {
+    std::vector<Geometry> shapes;
+    if (layers.data.layer) {
+        const CursorPtr cursor = layers.data.layer->selection().search();
+        for (FeaturePtr row = cursor->next(); row; row = cursor->next()) {
+            if (row->shape()) {
+                shapes.push_back(*row->shape());
+            }
+        }
+    }
+    return inMapReference(std::move(shapes), host_.focusMap().spatialReference());
+}
+
 const MethodInfo& RunSession::runnableMethod(const RunRequest& request) const {
     const MethodInfo& method = findMethod(request.method);
     requirePictureEnding(request.picturePath);
@@ -288,7 +301,7 @@ RunReport RunSession::run(const RunRequest& request) {
     std::optional<BeforeAfterPicture> beforeAfter;
     if (!request.beforeAfterPath.empty()) {
         beforeAfter.emplace(request.beforeAfterPath);
-        beforeAfter->drawBefore(host_.focusMap());
+        beforeAfter->drawBefore(host_.focusMap(), {selectedShapes(layers), {}});
     }
     const RunWatch watch(layers, host_.focusMap(), !request.picturePath.empty() || beforeAfter);
     perform(method, arguments, layers.workspace, report);

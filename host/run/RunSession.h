@@ -58,6 +58,8 @@ private:
     void startOperation(OverlayWorkspace& workspace);
     void endOperation(OverlayWorkspace& workspace, const RunReport& report);
     void finish(OverlayWorkspace* workspace, const RunReport& report);
+    // In the map's reference.
+    [[nodiscard]] std::vector<Geometry> selectedShapes(const Layers& layers);
     [[nodiscard]] Highlight highlight(const RunReport& report);
 
     HeadlessHost& host_;
