@@ -73,7 +73,8 @@ TEST(Field, ConvertsToItsType) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        EXPECT_TRUE(identical(convertedTo(row.field, row.given), row.held)) << toText(convertedTo(row.field, row.given));
+        EXPECT_TRUE(identical(convertedTo(row.field, row.given), row.held))
+            << toText(convertedTo(row.field, row.given));
         EXPECT_TRUE(checkValue(row.field, row.given));
     }
 }

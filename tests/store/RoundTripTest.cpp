@@ -127,7 +127,8 @@ TEST(RoundTrip, ChangedValuesComeBackAndNothingElseChanges) {
             EXPECT_EQ(after[i]->shape.has_value(), before[i]->shape.has_value());
             EXPECT_TRUE(!before[i]->shape || identical(*after[i]->shape, *before[i]->shape));
             for (std::size_t field = 0; field < before[i]->values.size(); ++field) {
-                EXPECT_TRUE((i == 0 && field == changed) || identical(after[i]->values[field], before[i]->values[field]))
+                EXPECT_TRUE((i == 0 && field == changed) ||
+                            identical(after[i]->values[field], before[i]->values[field]))
                     << roads.schema().fields[field].name;
             }
         }
@@ -168,7 +169,10 @@ TEST(RoundTrip, StoredShapeOfAGeoPackageIsLeftBitForBit) {
     const std::string path = folder / "roads.gpkg";
     makeRoads(path, geoPackage, wkbPoint, {"POINT (1 2)", "POINT (3 4)"});
     // A header without an envelope, big-endian coordinates.
-    const std::string foreign = "47500000000064F1" "0000000001" "3FF0000000000000" "4000000000000000";
+    const std::string foreign = "47500000000064F1"
+                                "0000000001"
+                                "3FF0000000000000"
+                                "4000000000000000";
     auto* dataset = GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE);
     dataset->ExecuteSQL(("UPDATE roads SET geom = x'" + foreign + "' WHERE fid = 1").c_str(), nullptr, nullptr);
     GDALClose(dataset);

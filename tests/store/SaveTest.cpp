@@ -37,9 +37,7 @@ protected:
     [[nodiscard]] std::unique_ptr<FeatureStore> open() const {
         return inPlace() ? openStore(path_, OpenMode::edit) : openCopy(path_, saved_);
     }
-    [[nodiscard]] std::vector<std::string> savedRows() const {
-        return rowsOf(saved_, inPlace() ? "roads" : "roads");
-    }
+    [[nodiscard]] std::vector<std::string> savedRows() const { return rowsOf(saved_, inPlace() ? "roads" : "roads"); }
 
     TemporaryFolder folder_;
     std::string path_;
@@ -85,11 +83,12 @@ TEST_P(Save, CanBeRepeatedAfterAFailure) {
     const auto store = open();
     FeatureSource& roads = *store->table("roads");
     const ChangeSet changes = mixedChanges(roads);
-    EXPECT_THROW(store->save(changes, [](std::size_t done, std::size_t) {
-        if (done == 3) {
-            throw Failure();
-        }
-    }),
+    EXPECT_THROW(store->save(changes,
+                             [](std::size_t done, std::size_t) {
+                                 if (done == 3) {
+                                     throw Failure();
+                                 }
+                             }),
                  Failure);
     store->save(changes, {});
     EXPECT_EQ(rowsOf(roads), savedRows());
@@ -145,10 +144,11 @@ TEST_P(Save, OfACopyLeavesTheSourceAndAppearsWhole) {
     EXPECT_EQ(folder_.names().size(), files);
     const auto store = openCopy(path_, output);
     const ChangeSet changes = mixedChanges(*store->table(table));
-    EXPECT_THROW(store->save(changes, [&](std::size_t, std::size_t) {
-        EXPECT_FALSE(std::filesystem::exists(output));
-        throw Failure();
-    }),
+    EXPECT_THROW(store->save(changes,
+                             [&](std::size_t, std::size_t) {
+                                 EXPECT_FALSE(std::filesystem::exists(output));
+                                 throw Failure();
+                             }),
                  Failure);
     EXPECT_EQ(folder_.names().size(), files);
     store->save(changes, {});
@@ -249,8 +249,7 @@ TEST(GeoPackageSave, WritesEachRowsOwnFields) {
 TEST(ShapefileSave, KeepsOrRebuildsTheSpatialIndex) {
     const TemporaryFolder folder;
     const std::string path = folder / "roads.shp";
-    makeRoads(path, shapefile, wkbLineString, {"LINESTRING (0 0,1 1)", "LINESTRING (5 5,6 6)"},
-              {"SPATIAL_INDEX=YES"});
+    makeRoads(path, shapefile, wkbLineString, {"LINESTRING (0 0,1 1)", "LINESTRING (5 5,6 6)"}, {"SPATIAL_INDEX=YES"});
     std::ofstream(folder / "roads.sbn") << "index of another program";
     const auto signature = [&] { return std::filesystem::last_write_time(folder / "roads.qix"); };
     const auto before = signature();

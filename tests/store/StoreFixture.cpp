@@ -70,8 +70,8 @@ void makeRoads(const std::string& path, const TestFormat& format, OGRwkbGeometry
     for (const std::string& option : layerOptions) {
         options.AddString(option.c_str());
     }
-    GDALDataset* dataset = GetGDALDriverManager()->GetDriverByName(format.driver)->Create(path.c_str(), 0, 0, 0,
-                                                                                         GDT_Unknown, nullptr);
+    GDALDataset* dataset =
+        GetGDALDriverManager()->GetDriverByName(format.driver)->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr);
     ASSERT_NE(dataset, nullptr);
     OGRLayer* layer = dataset->CreateLayer("roads", &reference, type, options.List());
     ASSERT_NE(layer, nullptr);

@@ -13,7 +13,7 @@ namespace {
 // Rows read at once while a selection is tested: large enough for the store's range reads, small in memory.
 constexpr std::size_t chunkSize = 1024;
 
-// Below this many candidates a condition is tested on them, above on the whole table in the store.
+// Up to so many candidates are read and tested one by one; more are looked for in a list that the store makes.
 constexpr std::size_t fewCandidates = 2000;
 
 // What a row adds to the number of rows of the store.
@@ -36,6 +36,13 @@ std::vector<ObjectId> sortedUnique(std::vector<ObjectId> ids) {
     std::sort(ids.begin(), ids.end());
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     return ids;
+}
+
+// Both ascending.
+std::vector<ObjectId> inBoth(const std::vector<ObjectId>& a, const std::vector<ObjectId>& b) {
+    std::vector<ObjectId> both;
+    std::set_intersection(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(both));
+    return both;
 }
 
 } // namespace
@@ -136,25 +143,24 @@ std::vector<ObjectId> EditedTable::idsWhere(const std::string& condition) {
 
 std::vector<ObjectId> EditedTable::existing(std::vector<ObjectId> ids) {
     ids = sortedUnique(std::move(ids));
+    if (ids.size() > fewCandidates) {
+        return inBoth(ids, allIds());
+    }
     const std::vector<RecordPtr> records = read(ids);
-    std::size_t kept = 0;
+    std::vector<ObjectId> found;
     for (std::size_t i = 0; i < ids.size(); ++i) {
         if (records[i]) {
-            ids[kept++] = ids[i];
+            found.push_back(ids[i]);
         }
     }
-    ids.resize(kept);
-    return ids;
+    return found;
 }
 
 std::vector<ObjectId> EditedTable::satisfying(const std::string& condition, std::vector<ObjectId> ids) {
     if (ids.size() <= fewCandidates) {
         return source_.idsWhere(condition, read(ids));
     }
-    const std::vector<ObjectId> passing = idsWhere(condition);
-    std::vector<ObjectId> both;
-    std::set_intersection(ids.begin(), ids.end(), passing.begin(), passing.end(), std::back_inserter(both));
-    return both;
+    return inBoth(ids, idsWhere(condition));
 }
 
 std::vector<ObjectId> EditedTable::related(const Geometry& shape, SpatialRelation relation,

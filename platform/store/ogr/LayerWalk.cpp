@@ -1,0 +1,69 @@
+#include "platform/store/ogr/LayerWalk.h"
+
+#include <cpl_string.h>
+#include <fmt/format.h>
+
+#include "platform/Error.h"
+
+namespace qz {
+
+namespace {
+
+CPLStringList ignoredFields(OGRLayer& layer, WalkContent content) {
+    CPLStringList ignored;
+    if (content == WalkContent::nothing || content == WalkContent::attributes) {
+        ignored.AddString("OGR_GEOMETRY");
+    }
+    if (content == WalkContent::nothing || content == WalkContent::shapes) {
+        const OGRFeatureDefn& definition = *layer.GetLayerDefn();
+        for (int i = 0; i < definition.GetFieldCount(); ++i) {
+            ignored.AddString(definition.GetFieldDefn(i)->GetNameRef());
+        }
+    }
+    return ignored;
+}
+
+class FilteredWalk {
+public:
+    FilteredWalk(OGRLayer& layer, WalkContent content) : layer_(layer) {
+        if (content != WalkContent::everything) {
+            layer_.SetIgnoredFields(const_cast<const char**>(ignoredFields(layer, content).List()));
+        }
+        layer_.ResetReading();
+    }
+    ~FilteredWalk() {
+        const QuietErrors errors;
+        layer_.SetAttributeFilter(nullptr);
+        layer_.SetIgnoredFields(nullptr);
+        layer_.ResetReading();
+    }
+    FilteredWalk(const FilteredWalk&) = delete;
+    FilteredWalk& operator=(const FilteredWalk&) = delete;
+
+private:
+    OGRLayer& layer_;
+};
+
+} // namespace
+
+void walkLayer(OGRLayer& layer, WalkContent content, const std::string& condition,
+               const std::function<void(OGRFeature&)>& row) {
+    const QuietErrors errors;
+    const FilteredWalk walk(layer, content);
+    const bool accepted = condition.empty() || layer.SetAttributeFilter(condition.c_str()) == OGRERR_NONE;
+    while (accepted && !errors.any()) {
+        const OgrFeaturePtr feature(layer.GetNextFeature());
+        if (!feature) {
+            break;
+        }
+        row(*feature);
+    }
+    if (errors.any() && !condition.empty()) {
+        throw UsageError(fmt::format("The condition can't be evaluated on {}: {}.", layer.GetName(), errors.text()));
+    }
+    if (errors.any() || !accepted) {
+        throw DataError(fmt::format("The rows of {} can't be read: {}.", layer.GetName(), errors.text()));
+    }
+}
+
+} // namespace qz

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/store/ogr/AsideFolder.h"
+#include "platform/store/ogr/OgrTable.h"
+#include "platform/store/ogr/ShapefileParts.h"
+
+namespace qz {
+
+class ShapefileWriter;
+class SaveProgress;
+
+// A folder of shapefiles and attribute tables, seen through one of them or as a whole. A save writes copies of the
+// changed files aside and renames all of them into place behind one marker.
+class ShapefileStore final : public FeatureStore {
+public:
+    // `path`: a .shp, a .dbf or a folder.
+    ShapefileStore(const std::string& path, OpenMode mode);
+    // Reads the shapefile `source` until the first save makes `output` of it.
+    ShapefileStore(const std::string& source, const std::string& output);
+
+    [[nodiscard]] const std::string& path() const override { return path_; }
+    [[nodiscard]] WorkspaceType workspaceType() const override { return rules_.workspaceType; }
+    [[nodiscard]] const std::string& datasetCategory() const override { return category_; }
+    [[nodiscard]] std::vector<std::string> tableNames() override;
+    [[nodiscard]] FeatureSource* table(const std::string& name) override;
+    [[nodiscard]] std::string refusalToSave() const override;
+    [[nodiscard]] bool savesSingleRowsCheaply() const override { return false; }
+    void save(const ChangeSet& changes, const SaveObserver& observer) override;
+    void addField(const std::string& table, const Field& field) override;
+
+private:
+    struct OpenTable {
+        ShapefileParts parts;
+        std::vector<FileSignature> signatures;
+        DatasetPtr dataset;
+        std::unique_ptr<OgrTable> table;
+    };
+    // What a save puts in place.
+    struct Swap {
+        std::vector<std::string> files;
+        std::vector<std::string> obsolete;
+    };
+
+    [[nodiscard]] std::optional<ShapefileParts> partsOf(const std::string& name) const;
+    [[nodiscard]] OpenTable* openTable(const std::string& name);
+    [[nodiscard]] OpenTable& existingTable(const std::string& name);
+    void saveWith(const ChangeSet& changes, const SaveObserver& observer,
+                  const std::function<void(const std::string& table, ShapefileWriter& writer)>& alsoWrite);
+    void writeAside(OpenTable& table, const TableChanges& changes, SaveProgress& progress, const AsideFolder& aside,
+                    const std::function<void(const std::string& table, ShapefileWriter& writer)>& alsoWrite,
+                    Swap& swap);
+    void requireUnchanged(const OpenTable& table) const;
+    void reopen(OpenTable& table);
+    [[nodiscard]] std::string nameInOutput(const std::filesystem::path& part, const ShapefileParts& parts) const;
+
+    const FormatRules& rules_;
+    std::string path_;
+    std::string category_;
+    OpenMode mode_;
+    std::filesystem::path folder_;                // that is saved to
+    std::filesystem::path seenThrough_;           // the file given; empty for a folder
+    std::optional<std::filesystem::path> source_; // until the copy is made
+    std::map<std::string, OpenTable> tables_;
+};
+
+} // namespace qz
