@@ -23,8 +23,8 @@ enum class OpenMode { read, edit };
 
 // What a format can hold and how it is saved to, for qz info and for the documentation.
 struct FormatCapabilities {
-    std::string format;   // "GeoPackage", ...
-    std::string endings;  // ".gpkg"
+    std::string format;  // "GeoPackage", ...
+    std::string endings; // ".gpkg"
     bool editedInPlace = false;
     bool z = false;
     bool m = false;

@@ -67,10 +67,7 @@ TEST(Reading, FieldTypesDomainsAndDefaults) {
         GDALDataset* dataset =
             GetGDALDriverManager()->GetDriverByName(format.driver)->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr);
         std::string reason;
-        std::vector<OGRCodedValue> codes(3);
-        codes[0] = {CPLStrdup("1"), CPLStrdup("asphalt")};
-        codes[1] = {CPLStrdup("2"), CPLStrdup("gravel")};
-        codes.resize(2);
+        std::vector<OGRCodedValue> codes{{CPLStrdup("1"), CPLStrdup("asphalt")}, {CPLStrdup("2"), CPLStrdup("gravel")}};
         ASSERT_TRUE(dataset->AddFieldDomain(
             std::make_unique<OGRCodedFieldDomain>("surfaces", "", OFTInteger, OFSTNone, std::move(codes)), reason));
         OGRField minimum{};

@@ -81,6 +81,32 @@ TEST(RoundTrip, ShapesComeBackAsTheyWereWritten) {
     }
 }
 
+// Rings with arcs that start at their lowest vertex keep their role.
+TEST(RoundTrip, CurvedHolesOfAFileGeodatabaseStayHoles) {
+    const TemporaryFolder folder;
+    makeRoads(folder / "roads.gdb", fileGeodatabase, wkbMultiPolygon, {"MULTIPOLYGON (((0 0,0 1,1 1,0 0)))"});
+    const char* const shapes[] = {
+        "CURVEPOLYGON ((0 -9,0 20,20 20,20 -9,0 -9),COMPOUNDCURVE ((12 0,14 5),CIRCULARSTRING (14 5,12 7,10 5),(10 "
+        "5,12 "
+        "0)))",
+        "MULTISURFACE (CURVEPOLYGON (COMPOUNDCURVE ((12 0,10 5),CIRCULARSTRING (10 5,12 7,14 5),(14 5,12 "
+        "0))),CURVEPOLYGON (COMPOUNDCURVE ((32 0,30 5),CIRCULARSTRING (30 5,32 7,34 5),(34 5,32 0))))"};
+    const auto store = openCopy(folder / "roads.gdb", folder / "saved.gdb");
+    FeatureSource& roads = *store->table("roads");
+    Edits edits(roads);
+    for (const char* shape : shapes) {
+        edits.insert(shape);
+    }
+    const ChangeSet changes = edits.changeSet();
+    store->save(changes, {});
+    for (const RecordPtr& written : changes.front().inserts) {
+        const RecordPtr read = roads.read(written->id);
+        EXPECT_EQ(toWkt(*read->shape).substr(0, 12), toWkt(*written->shape).substr(0, 12));
+        EXPECT_EQ(read->shape->as<Polygon>().rings.size(), 2U);
+        EXPECT_EQ(read->shape->envelope(), written->shape->envelope());
+    }
+}
+
 struct ValueRow {
     TestFormat format;
     const char* field;

@@ -1,6 +1,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include <cpl_string.h>
+
 #include "tests/store/StoreFixture.h"
 
 namespace qz::test {
@@ -178,6 +180,48 @@ TEST_P(Save, AddsAField) {
 
 INSTANTIATE_TEST_SUITE_P(Formats, Save, testing::Values(geoPackage, shapefile, fileGeodatabase),
                          [](const auto& formatInfo) { return formatInfo.param.name; });
+
+// Everything but the changes passes from one geodatabase to the next.
+TEST(FileGeodatabaseSave, KeepsDomainsAliasesGridAndFeatureDatasets) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "city.gdb";
+    GDALAllRegister();
+    GDALDataset* dataset =
+        GetGDALDriverManager()->GetDriverByName("OpenFileGDB")->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr);
+    std::vector<OGRCodedValue> codes{{CPLStrdup("1"), CPLStrdup("asphalt")}};
+    std::string reason;
+    ASSERT_TRUE(dataset->AddFieldDomain(
+        std::make_unique<OGRCodedFieldDomain>("surfaces", "", OFTInteger, OFSTNone, std::move(codes)), reason));
+    char** options = CSLSetNameValue(nullptr, "FEATURE_DATASET", "traffic");
+    options = CSLSetNameValue(options, "XYSCALE", "100");
+    options = CSLSetNameValue(options, "XORIGIN", "-5000");
+    options = CSLSetNameValue(options, "YORIGIN", "-5000");
+    OGRSpatialReference reference;
+    reference.importFromEPSG(25833);
+    OGRLayer* layer = dataset->CreateLayer("roads", &reference, wkbMultiLineString, options);
+    CSLDestroy(options);
+    OGRFieldDefn field("surface", OFTInteger);
+    field.SetAlternativeName("Surface of the road");
+    field.SetDomainName("surfaces");
+    field.SetDefault("1");
+    ASSERT_EQ(layer->CreateField(&field), OGRERR_NONE);
+    ASSERT_NE(dataset->CreateLayer("notes", nullptr, wkbNone, nullptr), nullptr);
+    GDALClose(dataset);
+
+    const auto store = openCopy(path, folder / "saved.gdb");
+    store->save({}, {});
+    const auto saved = openStore(folder / "saved.gdb", OpenMode::read);
+    EXPECT_EQ(saved->tableNames(), (std::vector<std::string>{"roads", "notes"}));
+    const Schema& schema = saved->table("roads")->schema();
+    EXPECT_EQ(schema.featureDataset, "traffic");
+    EXPECT_EQ(schema.shape->spatialReference.grid().xyResolution, 0.01);
+    EXPECT_EQ(schema.shape->spatialReference.grid().xOrigin, -5000);
+    const Field& surface = schema.fields[*schema.findField("surface")];
+    EXPECT_EQ(surface.alias, "Surface of the road");
+    EXPECT_EQ(surface.defaultValue, Value(std::int32_t{1}));
+    ASSERT_NE(surface.domain, nullptr);
+    EXPECT_EQ(std::get<CodedValueDomain>(surface.domain->rule).codes.front().second, "asphalt");
+}
 
 // Index, counts and extent of a GeoPackage follow a large change, which goes past the triggers.
 TEST(GeoPackageSave, KeepsIndexCountAndTriggers) {

@@ -16,7 +16,8 @@ namespace qz {
 
 namespace {
 
-// GDAL reads no text for an undefined number. While a text is read this number, which is no height on earth, stands for it.
+// GDAL reads no text for an undefined number. While a text is read this number, which is no height on earth, stands for
+// it.
 constexpr double undefinedInText = std::numeric_limits<double>::lowest();
 
 std::optional<double> numberIn(std::string_view token) {

@@ -5,6 +5,7 @@
 #include <cpl_string.h>
 #include <fmt/format.h>
 
+#include "platform/store/ogr/CurvedRings.h"
 #include "platform/store/ogr/FileGdbGrid.h"
 #include "platform/store/ogr/LayerWalk.h"
 #include "platform/store/ogr/OgrSchema.h"
@@ -62,6 +63,13 @@ void measureShape(OGRFeature& feature) {
                              shape == nullptr ? 0 : OGR_G_Area(OGRGeometry::ToHandle(const_cast<OGRGeometry*>(shape))));
         }
     }
+}
+
+void createRow(RowWriter& rows, OGRFeature& feature) {
+    if (OGRGeometry* shape = feature.GetGeometryRef(); shape != nullptr && shape->hasCurveGeometry()) {
+        prepareCurvedRings(*shape);
+    }
+    rows.create(feature);
 }
 
 } // namespace
@@ -142,14 +150,14 @@ void FileGdbWriter::copyTable(OgrTable& table, const TableChanges& changes) {
                 measureShape(copy);
             }
         }
-        rows.create(copy);
+        createRow(rows, copy);
     });
     for (const RecordPtr& record : changes.inserts) {
         progress_.beforeRecord();
         OGRFeature feature(layer.GetLayerDefn());
         table.mapper().setAll(feature, *record);
         measureShape(feature);
-        rows.create(feature);
+        createRow(rows, feature);
     }
 }
 
