@@ -27,22 +27,11 @@ Stacking stackingOf(FeatureLayer& layer) {
     return *kind == GeometryKind::polyline ? Stacking::lines : Stacking::points;
 }
 
-Geometry asPolygon(const Envelope& envelope, const SpatialReference& reference) {
-    Polygon polygon;
-    polygon.spatialReference = reference;
-    polygon.rings.emplace_back(std::vector<XY>{{envelope.xMin, envelope.yMin},
-                                               {envelope.xMin, envelope.yMax},
-                                               {envelope.xMax, envelope.yMax},
-                                               {envelope.xMax, envelope.yMin},
-                                               {envelope.xMin, envelope.yMin}});
-    return polygon;
-}
-
 // The window's envelope in the class's own reference holds all of a window that is turned or bent there.
 FeatureFilter inWindow(const Envelope& window, const SpatialReference& mapReference, const FeatureClass& featureClass) {
     const SpatialReference& reference = featureClass.spatialReference();
     FeatureFilter filter;
-    filter.shape = asPolygon(projected(window, mapReference, reference), reference);
+    filter.shape = rectangle(projected(window, mapReference, reference), reference);
     filter.relation = SpatialRelation::envelopeIntersects;
     filter.outputReference = mapReference;
     return filter;

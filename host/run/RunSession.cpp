@@ -18,17 +18,6 @@ namespace qz {
 
 namespace {
 
-Geometry rectangle(const Envelope& bounds, const SpatialReference& reference) {
-    Polygon polygon;
-    polygon.spatialReference = reference;
-    polygon.rings.emplace_back(std::vector<XY>{{bounds.xMin, bounds.yMin},
-                                               {bounds.xMin, bounds.yMax},
-                                               {bounds.xMax, bounds.yMax},
-                                               {bounds.xMax, bounds.yMin},
-                                               {bounds.xMin, bounds.yMin}});
-    return polygon;
-}
-
 void requireAll(const std::vector<ObjectId>& wanted, const std::vector<ObjectId>& found, const Schema& schema) {
     for (const ObjectId id : wanted) {
         if (!std::binary_search(found.begin(), found.end(), id)) {

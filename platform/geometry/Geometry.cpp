@@ -144,4 +144,15 @@ bool identical(const Geometry& a, const Geometry& b) {
     });
 }
 
+Polygon rectangle(const Envelope& envelope, const SpatialReference& reference) {
+    Polygon polygon;
+    polygon.spatialReference = reference;
+    polygon.rings.emplace_back(std::vector<XY>{{envelope.xMin, envelope.yMin},
+                                               {envelope.xMin, envelope.yMax},
+                                               {envelope.xMax, envelope.yMax},
+                                               {envelope.xMax, envelope.yMin},
+                                               {envelope.xMin, envelope.yMin}});
+    return polygon;
+}
+
 } // namespace qz

@@ -123,6 +123,9 @@ template <typename Change> void transformVertices(Geometry& geometry, Change cha
 // Calls `see(Vertex)` for every vertex and every control point of an arc.
 template <typename See> void forEachVertex(const Geometry& geometry, See see);
 
+// The rectangle as a polygon of one clockwise ring.
+[[nodiscard]] Polygon rectangle(const Envelope& envelope, const SpatialReference& reference);
+
 // An ordered list of geometries of any kinds.
 struct GeometryCollection {
     std::vector<Geometry> geometries;

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <optional>
 
+#include <unistd.h>
+
 #include <fmt/format.h>
 
 #include "platform/store/ogr/AsideFolder.h"

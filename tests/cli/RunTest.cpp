@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gdal_priv.h>
 
 #include "Program.h"
@@ -128,6 +130,21 @@ TEST_F(RunCommand, FileLockedByAnotherProgramIsLeftAlone) {
     EXPECT_EQ(run.status, 3) << run.err;
     EXPECT_NE(run.err.find("town.gpkg"), std::string::npos) << run.err;
     EXPECT_EQ(street(3), before);
+}
+
+// Two processes edit one file at the same time: each saves whole or ends with 3 and has saved nothing.
+TEST_F(RunCommand, TwoProcessesNeverMixTheirSaves) {
+    const std::pair<int, std::string> streets[] = {{3, street(3)}, {7, street(7)}};
+    write("worker", "for i in 1 2 3 4 5 6 7; do " QZ_PROGRAM " run QZ_Flip --data town.gpkg:streets --fid $1; "
+                    "echo $? >> status$1; done\n");
+    shell("sh worker 3 & sh worker 7; wait");
+    for (const auto& [id, before] : streets) {
+        const std::string statuses = contentOf(folder / fmt::format("status{}", id));
+        const auto saved = std::count(statuses.begin(), statuses.end(), '0');
+        EXPECT_EQ(saved + std::count(statuses.begin(), statuses.end(), '3'), 7) << statuses;
+        EXPECT_EQ(street(id) == before, saved % 2 == 0) << statuses;
+    }
+    EXPECT_EQ(qz("info town.gpkg").status, 0);
 }
 
 // The run is stopped while the method works: the shapes of a long selection are flipped one after the other.

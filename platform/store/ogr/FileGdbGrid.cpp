@@ -38,7 +38,7 @@ XmlPtr layerDefinition(GDALDataset& dataset, const std::string& layer) {
 }
 
 CPLXMLNode* spatialReferenceOf(CPLXMLNode* definition) {
-    return definition == nullptr ? nullptr : CPLSearchXMLNode(definition, "SpatialReference");
+    return definition == nullptr ? nullptr : CPLSearchXMLNode(definition, "=SpatialReference");
 }
 
 double number(CPLXMLNode* node, const char* element, double otherwise) {

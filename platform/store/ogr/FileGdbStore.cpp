@@ -47,6 +47,29 @@ void FileGdbStore::requireUnchanged() const {
     }
 }
 
+void FileGdbStore::writeAll(const std::filesystem::path& prepared, const ChangeSet& changes,
+                            const std::optional<NewField>& newField, SaveProgress& progress) {
+    FileGdbWriter writer(prepared, dataset(), progress);
+    for (const std::string& name : tableNames()) {
+        writer.copyTable(existingTable(name), changesOf(changes, name));
+    }
+    if (newField) {
+        writer.addField(newField->table, newField->field);
+    }
+    progress.beforeStep();
+    writer.close();
+    syncAll(prepared);
+}
+
+// The first save makes the output, a later one takes its place at once.
+void FileGdbStore::putInPlace(const std::filesystem::path& prepared, const std::filesystem::path& target) const {
+    if (std::filesystem::exists(target) && std::filesystem::equivalent(readFrom_, target)) {
+        exchange(prepared, target);
+    } else {
+        renameToNew(prepared, target);
+    }
+}
+
 void FileGdbStore::saveWith(const ChangeSet& changes, const SaveObserver& observer,
                             const std::optional<NewField>& newField) {
     if (const std::string refusal = refusalToSave(); !refusal.empty()) {
@@ -63,25 +86,10 @@ void FileGdbStore::saveWith(const ChangeSet& changes, const SaveObserver& observ
     const std::filesystem::path prepared = aside.path() / target.filename();
     progress.beforeStep();
     requireUnchanged();
-    FileGdbWriter writer(prepared, dataset(), progress);
-    for (const std::string& name : tableNames()) {
-        writer.copyTable(existingTable(name), changesOf(changes, name));
-    }
-    if (newField) {
-        writer.addField(newField->table, newField->field);
-    }
-    progress.beforeStep();
-    writer.close();
-    syncAll(prepared);
+    writeAll(prepared, changes, newField, progress);
     requireUnchanged();
     progress.beforeStep();
-    const bool replacesItself = std::filesystem::equivalent(folderOf(readFrom_), folder) &&
-                                std::filesystem::exists(target) && std::filesystem::equivalent(readFrom_, target);
-    if (replacesItself) {
-        exchange(prepared, target);
-    } else {
-        renameToNew(prepared, target);
-    }
+    putInPlace(prepared, target);
     syncToDisk(folder);
     readFrom_ = target.string();
     replaceDataset(openDataset(readFrom_, driver, DatasetAccess::read));

@@ -27,6 +27,9 @@ private:
         Field field;
     };
     void saveWith(const ChangeSet& changes, const SaveObserver& observer, const std::optional<NewField>& newField);
+    void writeAll(const std::filesystem::path& prepared, const ChangeSet& changes,
+                  const std::optional<NewField>& newField, SaveProgress& progress);
+    void putInPlace(const std::filesystem::path& prepared, const std::filesystem::path& target) const;
     void requireUnchanged() const;
 
     std::string readFrom_;

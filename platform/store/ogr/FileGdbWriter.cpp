@@ -65,6 +65,20 @@ void measureShape(OGRFeature& feature) {
     }
 }
 
+const RecordChange* changeOf(const TableChanges& changes, ObjectId id) {
+    const auto at =
+        std::ranges::lower_bound(changes.updates, id, {}, [](const RecordChange& change) { return change.record->id; });
+    return at != changes.updates.end() && at->record->id == id ? &*at : nullptr;
+}
+
+void apply(const RecordChange& change, const OgrRecordMapper& mapper, OGRFeature& row) {
+    mapper.setChangedValues(row, change);
+    if (change.shapeChanged) {
+        mapper.setShape(row, *change.record);
+        measureShape(row);
+    }
+}
+
 void createRow(RowWriter& rows, OGRFeature& feature) {
     if (OGRGeometry* shape = feature.GetGeometryRef(); shape != nullptr && shape->hasCurveGeometry()) {
         prepareCurvedRings(*shape);
@@ -136,19 +150,13 @@ void FileGdbWriter::copyTable(OgrTable& table, const TableChanges& changes) {
             progress_.beforeRecord();
             return;
         }
-        OGRFeature copy(layer.GetLayerDefn());
         correctOldDates(stored);
+        OGRFeature copy(layer.GetLayerDefn());
         copy.SetFrom(&stored, TRUE);
         copy.SetFID(id);
-        const auto at = std::ranges::lower_bound(changes.updates, id, {},
-                                                 [](const RecordChange& change) { return change.record->id; });
-        if (at != changes.updates.end() && at->record->id == id) {
+        if (const RecordChange* change = changeOf(changes, id)) {
             progress_.beforeRecord();
-            table.mapper().setChangedValues(copy, *at);
-            if (at->shapeChanged) {
-                table.mapper().setShape(copy, *at->record);
-                measureShape(copy);
-            }
+            apply(*change, table.mapper(), copy);
         }
         createRow(rows, copy);
     });

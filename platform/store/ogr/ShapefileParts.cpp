@@ -37,7 +37,7 @@ const std::vector<std::string>& foreignIndexEndings() {
 
 // Descriptions, styles and what this library keeps beside the data.
 const std::vector<std::string>& otherEndings() {
-    static const std::vector<std::string> endings{".qix", ".qpj", ".cst", ".shp.xml", ".qmd", ".qml", ".sld", ".qza"};
+    static const std::vector<std::string> endings{".qpj", ".cst", ".shp.xml", ".qmd", ".qml", ".sld", ".qza"};
     return endings;
 }
 
@@ -62,7 +62,7 @@ std::vector<std::filesystem::path> ShapefileParts::existing(const std::vector<st
     return files;
 }
 
-std::vector<std::filesystem::path> ShapefileParts::all() const {
+std::vector<std::filesystem::path> ShapefileParts::allButIndexes() const {
     std::vector<std::string> endings = rowEndings();
     endings.insert(endings.end(), otherEndings().begin(), otherEndings().end());
     return existing(endings);

@@ -19,7 +19,7 @@ public:
     [[nodiscard]] std::string name() const { return main_.stem().string(); }
 
     // Existing files that belong to it, by ending and name.
-    [[nodiscard]] std::vector<std::filesystem::path> all() const;
+    [[nodiscard]] std::vector<std::filesystem::path> allButIndexes() const;
     // Those that GDAL needs to read or write rows; indexes are not among them.
     [[nodiscard]] std::vector<std::filesystem::path> withRows() const;
     // Indexes of other programs, which no longer fit after a change of shapes.

@@ -123,44 +123,37 @@ std::string ShapefileStore::nameInOutput(const std::filesystem::path& part, cons
     return source_ && parts.main() == *source_ ? seenThrough_.stem().string() + name.substr(parts.name().size()) : name;
 }
 
+void ShapefileStore::copyAside(const std::filesystem::path& file, const ShapefileParts& parts, SaveProgress& progress,
+                               const AsideFolder& aside, Swap& swap) const {
+    progress.beforeStep();
+    const std::string name = nameInOutput(file, parts);
+    copyFile(file, aside.path() / name);
+    swap.files.push_back(name);
+}
+
 void ShapefileStore::writeAside(OpenTable& table, const TableChanges& changes, SaveProgress& progress,
-                                const AsideFolder& aside,
-                                const std::function<void(const std::string& table, ShapefileWriter& writer)>& alsoWrite,
-                                Swap& swap) {
+                                const AsideFolder& aside, const AlsoWrite& alsoWrite, Swap& swap) {
     const ShapefileParts& parts = table.parts;
-    const bool copying = source_.has_value();
-    for (const std::filesystem::path& file : copying ? parts.all() : parts.withRows()) {
-        progress.beforeStep();
-        const std::string name = nameInOutput(file, parts);
-        copyFile(file, aside.path() / name);
-        swap.files.push_back(name);
-    }
-    const std::string indexName = nameInOutput(parts.spatialIndex(), parts);
-    const bool hadIndex = std::filesystem::exists(parts.spatialIndex());
-    // The driver removes an index it finds with the first write, whether it still fits or not.
-    const std::filesystem::path hiddenIndex = aside.path() / "index.kept";
-    if (copying && hadIndex) {
-        renameOver(aside.path() / indexName, hiddenIndex);
-        std::erase(swap.files, indexName);
+    for (const std::filesystem::path& file : source_ ? parts.allButIndexes() : parts.withRows()) {
+        copyAside(file, parts, progress, aside, swap);
     }
     ShapefileWriter writer(aside.path() / nameInOutput(parts.main(), parts), table.table->mapper(), progress);
     writer.write(changes);
-    alsoWrite(changes.table, writer);
-    if (hadIndex && writer.outdatesIndex()) {
-        writer.createSpatialIndex();
-    }
+    alsoWrite(writer);
+    const bool hadIndex = std::filesystem::exists(parts.spatialIndex());
     const bool outdated = writer.outdatesIndex();
+    if (hadIndex && outdated) {
+        writer.createSpatialIndex();
+        swap.files.push_back(nameInOutput(parts.spatialIndex(), parts));
+    }
     writer.close();
-    if (hadIndex && copying && !outdated) {
-        renameOver(hiddenIndex, aside.path() / indexName);
+    // The driver removes an index that it finds with the first write, so one that still fits comes last.
+    if (hadIndex && !outdated && source_) {
+        copyAside(parts.spatialIndex(), parts, progress, aside, swap);
     }
-    if (hadIndex && (copying || outdated)) {
-        swap.files.push_back(indexName);
-    }
-    if (!copying) {
-        for (const std::filesystem::path& file : parts.foreignIndexes()) {
-            swap.obsolete.push_back(file.filename().string());
-        }
+    if (!source_) {
+        std::ranges::transform(parts.foreignIndexes(), std::back_inserter(swap.obsolete),
+                               [](const std::filesystem::path& file) { return file.filename().string(); });
     }
 }
 
@@ -171,8 +164,15 @@ void ShapefileStore::reopen(OpenTable& table) {
     table.dataset = std::move(dataset);
 }
 
-void ShapefileStore::saveWith(const ChangeSet& changes, const SaveObserver& observer,
-                              const std::function<void(const std::string& table, ShapefileWriter& writer)>& alsoWrite) {
+void ShapefileStore::requireNew(const Swap& swap) const {
+    for (const std::string& name : swap.files) {
+        if (std::filesystem::exists(folder_ / name)) {
+            throw DataError(fmt::format("{} exists; nothing is saved.", (folder_ / name).string()));
+        }
+    }
+}
+
+void ShapefileStore::saveWith(const ChangeSet& changes, const SaveObserver& observer, const AlsoWrite& alsoWrite) {
     if (const std::string refusal = refusalToSave(); !refusal.empty()) {
         throw DataError(fmt::format("{} {}.", path_, refusal));
     }
@@ -191,8 +191,8 @@ void ShapefileStore::saveWith(const ChangeSet& changes, const SaveObserver& obse
         written.push_back(&table);
     }
     progress.beforeStep();
-    if (source_ && std::filesystem::exists(seenThrough_)) {
-        throw DataError(fmt::format("{} exists by now; nothing is saved.", path_));
+    if (source_) {
+        requireNew(swap);
     }
     aside.commit(swap.files, swap.obsolete);
     aside.complete();
@@ -212,13 +212,13 @@ void ShapefileStore::save(const ChangeSet& changes, const SaveObserver& observer
     if (source_ && std::ranges::find(all, seen, &TableChanges::table) == all.end()) {
         all.emplace_back().table = seen;
     }
-    saveWith(all, observer, [](const std::string&, ShapefileWriter&) {});
+    saveWith(all, observer, [](ShapefileWriter&) {});
 }
 
 void ShapefileStore::addField(const std::string& table, const Field& field) {
     ChangeSet none(1);
     none.front().table = table;
-    saveWith(none, {}, [&](const std::string&, ShapefileWriter& writer) { writer.addField(field); });
+    saveWith(none, {}, [&](ShapefileWriter& writer) { writer.addField(field); });
 }
 
 } // namespace qz

@@ -52,11 +52,14 @@ private:
     [[nodiscard]] std::optional<ShapefileParts> partsOf(const std::string& name) const;
     [[nodiscard]] OpenTable* openTable(const std::string& name);
     [[nodiscard]] OpenTable& existingTable(const std::string& name);
-    void saveWith(const ChangeSet& changes, const SaveObserver& observer,
-                  const std::function<void(const std::string& table, ShapefileWriter& writer)>& alsoWrite);
+    // What is written to each table beside its changes.
+    using AlsoWrite = std::function<void(ShapefileWriter& writer)>;
+    void saveWith(const ChangeSet& changes, const SaveObserver& observer, const AlsoWrite& alsoWrite);
     void writeAside(OpenTable& table, const TableChanges& changes, SaveProgress& progress, const AsideFolder& aside,
-                    const std::function<void(const std::string& table, ShapefileWriter& writer)>& alsoWrite,
-                    Swap& swap);
+                    const AlsoWrite& alsoWrite, Swap& swap);
+    void copyAside(const std::filesystem::path& file, const ShapefileParts& parts, SaveProgress& progress,
+                   const AsideFolder& aside, Swap& swap) const;
+    void requireNew(const Swap& swap) const;
     void requireUnchanged(const OpenTable& table) const;
     void reopen(OpenTable& table);
     [[nodiscard]] std::string nameInOutput(const std::filesystem::path& part, const ShapefileParts& parts) const;
