@@ -137,7 +137,7 @@ TEST_F(RunCommand, TwoProcessesNeverMixTheirSaves) {
     const std::pair<int, std::string> streets[] = {{3, street(3)}, {7, street(7)}};
     write("worker", "for i in 1 2 3 4 5 6 7; do " QZ_PROGRAM " run QZ_Flip --data town.gpkg:streets --fid $1; "
                     "echo $? >> status$1; done\n");
-    shell("sh worker 3 & sh worker 7; wait");
+    EXPECT_EQ(shell("sh worker 3 & sh worker 7; wait").status, 0);
     for (const auto& [id, before] : streets) {
         const std::string statuses = contentOf(folder / fmt::format("status{}", id));
         const auto saved = std::count(statuses.begin(), statuses.end(), '0');
