@@ -1,3 +1,5 @@
+#include <regex>
+
 #include <gdal_priv.h>
 #include <gdal_utils.h>
 
@@ -26,14 +28,28 @@ protected:
         GDALClose(source);
     }
 
+    // The numbers of a text in whole millimetres: a file geodatabase holds coordinates on a grid of its own.
+    [[nodiscard]] static std::string inMillimetres(const std::string& wkt) {
+        static const std::regex number(R"(\d+(\.\d+)?)");
+        std::string rounded;
+        auto rest = wkt.cbegin();
+        for (std::sregex_iterator match(wkt.begin(), wkt.end(), number), end; match != end; ++match) {
+            rounded.append(rest, (*match)[0].first);
+            rounded += fmt::format("{:.3f}", std::stod(match->str()));
+            rest = (*match)[0].second;
+        }
+        return rounded.append(rest, wkt.cend());
+    }
+
     // The report without what differs from format to format: the object ids, the time it took, and the extent of the
-    // shapes as they were (a file geodatabase holds coordinates on a grid of its own until they are snapped to ours).
+    // shapes as they were.
     [[nodiscard]] nlohmann::json comparable(const std::string& arguments) const {
         const Outcome run = qz("run QZ_Flip --report - " + arguments);
         EXPECT_EQ(run.status, 0) << run.err;
         nlohmann::json report = run.json();
         for (auto& row : report["updated"]) {
             row.erase("id");
+            row["wkt"] = inMillimetres(row["wkt"]);
         }
         report.erase("seconds");
         report["refresh"].erase("extent");
