@@ -7,6 +7,7 @@
 #include "common/Numbers.h"
 #include "component/ArgumentKinds.h"
 #include "host/run/ArgumentReader.h"
+#include "host/run/InterruptibleCursor.h"
 #include "platform/Error.h"
 
 namespace qz {
