@@ -137,8 +137,9 @@ Argument HostArguments::selectionCursor(const ParameterInfo& parameter) {
         FeatureFilter filter;
         filter.ids = data_.selected;
         FeatureClass& featureClass = data_.layer->featureClass();
+        const bool writes = parameter.use == ParameterUse::updateCursor;
         selectionCursor_ =
-            parameter.use == ParameterUse::updateCursor ? featureClass.update(filter) : featureClass.search(filter);
+            std::make_unique<InterruptibleCursor>(writes ? featureClass.update(filter) : featureClass.search(filter));
     }
     return selectionCursor_.get();
 }
