@@ -1,9 +1,10 @@
-#include <regex>
+#include <cmath>
 
 #include <gdal_priv.h>
 #include <gdal_utils.h>
 
 #include "Program.h"
+#include "platform/geometry/WellKnown.h"
 
 namespace qz::test {
 namespace {
@@ -28,17 +29,14 @@ protected:
         GDALClose(source);
     }
 
-    // The numbers of a text in whole millimetres: a file geodatabase holds coordinates on a grid of its own.
+    // In whole millimetres: a file geodatabase holds coordinates on a grid of its own.
     [[nodiscard]] static std::string inMillimetres(const std::string& wkt) {
-        static const std::regex number(R"(\d+(\.\d+)?)");
-        std::string rounded;
-        auto rest = wkt.cbegin();
-        for (std::sregex_iterator match(wkt.begin(), wkt.end(), number), end; match != end; ++match) {
-            rounded.append(rest, (*match)[0].first);
-            rounded += fmt::format("{:.3f}", std::stod(match->str()));
-            rest = (*match)[0].second;
-        }
-        return rounded.append(rest, wkt.cend());
+        Geometry geometry = geometryFromWkt(wkt);
+        transformVertices(geometry, [](Vertex& vertex) {
+            vertex.x = std::round(vertex.x * 1000) / 1000;
+            vertex.y = std::round(vertex.y * 1000) / 1000;
+        });
+        return toWkt(geometry);
     }
 
     // The report without what differs from format to format: the object ids, the time it took, and the extent of the
