@@ -45,4 +45,16 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
+// One test at a time, within the tolerance of the second geometry. An empty geometry is disjoint from all, and equal to
+// an empty one only.
+[[nodiscard]] bool intersects(const Geometry& a, const Geometry& b);
+[[nodiscard]] bool disjoint(const Geometry& a, const Geometry& b);
+[[nodiscard]] bool touches(const Geometry& a, const Geometry& b);
+[[nodiscard]] bool overlaps(const Geometry& a, const Geometry& b);
+[[nodiscard]] bool crosses(const Geometry& a, const Geometry& b);
+[[nodiscard]] bool within(const Geometry& a, const Geometry& b);
+[[nodiscard]] bool contains(const Geometry& a, const Geometry& b);
+// The same places, however they are divided into parts and vertices.
+[[nodiscard]] bool equals(const Geometry& a, const Geometry& b);
+
 } // namespace qz

@@ -120,7 +120,68 @@ GeosGeometryPtr makeShape(const Polygon& polygon) {
     return collected(std::move(polygons), GEOS_MULTIPOLYGON);
 }
 
+std::vector<XY> coordinatesOf(const GEOSGeometry& curve) {
+    const GEOSCoordSequence* sequence = GEOSGeom_getCoordSeq_r(handle(), &curve);
+    unsigned size = 0;
+    if (sequence == nullptr || GEOSCoordSeq_getSize_r(handle(), sequence, &size) == 0) {
+        GeosContext::ofThread().fail(conversion);
+    }
+    std::vector<XY> xy(size);
+    if (size > 0 && GEOSCoordSeq_copyToBuffer_r(handle(), sequence, &xy.data()->x, 0, 0) == 0) {
+        GeosContext::ofThread().fail(conversion);
+    }
+    return xy;
+}
+
+// Calls `see` for every part of that type that is not empty.
+template <typename See> void forEachPart(const GEOSGeometry& geometry, int type, const See& see) {
+    const int own = GEOSGeomTypeId_r(handle(), &geometry);
+    if (GEOSisEmpty_r(handle(), &geometry) != 0) {
+        return;
+    }
+    if (own == type) {
+        see(geometry);
+    } else if (own >= GEOS_MULTIPOINT) {
+        const int count = GEOSGetNumGeometries_r(handle(), &geometry);
+        for (int i = 0; i < count; ++i) {
+            forEachPart(*GEOSGetGeometryN_r(handle(), &geometry, i), type, see);
+        }
+    }
+}
+
+PolygonRings polygonRings(const GEOSGeometry& polygon) {
+    PolygonRings rings;
+    rings.emplace_back(coordinatesOf(*GEOSGetExteriorRing_r(handle(), &polygon)));
+    const int count = GEOSGetNumInteriorRings_r(handle(), &polygon);
+    for (int i = 0; i < count; ++i) {
+        rings.emplace_back(coordinatesOf(*GEOSGetInteriorRingN_r(handle(), &polygon, i)));
+    }
+    return rings;
+}
+
 } // namespace
+
+GeosGeometryPtr collect(std::vector<GeosGeometryPtr> parts, int type) {
+    return collected(std::move(parts), type);
+}
+
+std::vector<PolygonRings> polygonsIn(const GEOSGeometry& geometry) {
+    std::vector<PolygonRings> polygons;
+    forEachPart(geometry, GEOS_POLYGON, [&](const GEOSGeometry& part) { polygons.push_back(polygonRings(part)); });
+    return polygons;
+}
+
+std::vector<Path> linesIn(const GEOSGeometry& geometry) {
+    std::vector<Path> lines;
+    forEachPart(geometry, GEOS_LINESTRING, [&](const GEOSGeometry& part) { lines.emplace_back(coordinatesOf(part)); });
+    return lines;
+}
+
+std::vector<XY> pointsIn(const GEOSGeometry& geometry) {
+    std::vector<XY> points;
+    forEachPart(geometry, GEOS_POINT, [&](const GEOSGeometry& part) { points.push_back(coordinatesOf(part).front()); });
+    return points;
+}
 
 GeosGeometryPtr toGeos(const Geometry& geometry) {
     return geometry.visit([](const auto& shape) { return makeShape(shape); });

@@ -151,4 +151,39 @@ bool PreparedRelation::holdsFor(const Geometry& tested) const {
     return impl_->holdsFor(tested);
 }
 
+bool intersects(const Geometry& a, const Geometry& b) {
+    return PreparedRelation(b, SpatialRelation::intersects).holdsFor(a);
+}
+
+bool disjoint(const Geometry& a, const Geometry& b) {
+    return !intersects(a, b);
+}
+
+bool touches(const Geometry& a, const Geometry& b) {
+    return PreparedRelation(b, SpatialRelation::touches).holdsFor(a);
+}
+
+bool overlaps(const Geometry& a, const Geometry& b) {
+    return PreparedRelation(b, SpatialRelation::overlaps).holdsFor(a);
+}
+
+bool crosses(const Geometry& a, const Geometry& b) {
+    return PreparedRelation(b, SpatialRelation::crosses).holdsFor(a);
+}
+
+bool within(const Geometry& a, const Geometry& b) {
+    return PreparedRelation(b, SpatialRelation::within).holdsFor(a);
+}
+
+bool contains(const Geometry& a, const Geometry& b) {
+    return PreparedRelation(b, SpatialRelation::contains).holdsFor(a);
+}
+
+bool equals(const Geometry& a, const Geometry& b) {
+    if (a.isEmpty() || b.isEmpty()) {
+        return a.isEmpty() && b.isEmpty();
+    }
+    return within(a, b) && contains(a, b);
+}
+
 } // namespace qz

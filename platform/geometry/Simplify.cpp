@@ -1,0 +1,221 @@
+#include "platform/geometry/Simplify.h"
+
+#include <algorithm>
+#include <deque>
+#include <iterator>
+#include <limits>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "platform/geometry/Curve.h"
+#include "platform/geometry/Faces.h"
+#include "platform/geometry/PathMerging.h"
+#include "platform/geometry/PlanarEdges.h"
+#include "platform/geometry/PolygonAssembly.h"
+
+namespace qz {
+
+namespace {
+
+// Edges that are there an odd number of times, in the order of their first one: where an even number of segments runs,
+// both sides are inside or both outside.
+std::vector<DirectedEdge> oddEdges(std::span<const Path> paths) {
+    std::vector<DirectedEdge> edges;
+    std::vector<bool> isOdd;
+    std::unordered_map<DirectedEdge, std::size_t, DirectedEdgeHash> numbers;
+    forEachEdge(paths, [&](const DirectedEdge& edge) {
+        if (edge.from == edge.to) {
+            return;
+        }
+        const auto [known, isNew] = numbers.emplace(edge, edges.size());
+        if (isNew) {
+            numbers.emplace(edge.reversed(), edges.size());
+            edges.push_back(edge);
+            isOdd.push_back(true);
+        } else {
+            isOdd[known->second] = !isOdd[known->second];
+        }
+    });
+    std::vector<DirectedEdge> odd;
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        if (isOdd[i]) {
+            odd.push_back(edges[i]);
+        }
+    }
+    return odd;
+}
+
+// How many edges have to be crossed at least to come to each face from outside.
+std::vector<std::size_t> depthsOf(const FaceGraph& graph) {
+    constexpr std::size_t unknown = std::numeric_limits<std::size_t>::max();
+    std::vector<std::size_t> depths(graph.faces().size(), unknown);
+    std::deque<std::size_t> pending;
+    for (std::size_t face = 0; face < depths.size(); ++face) {
+        forEachEdge(graph.faces()[face], [&](const DirectedEdge& edge) {
+            if (depths[face] == unknown && !graph.rightOf(edge.reversed())) {
+                depths[face] = 1;
+                pending.push_back(face);
+            }
+        });
+    }
+    for (; !pending.empty(); pending.pop_front()) {
+        const std::size_t face = pending.front();
+        forEachEdge(graph.faces()[face], [&](const DirectedEdge& edge) {
+            const auto beyond = graph.rightOf(edge.reversed());
+            if (beyond && depths[*beyond] == unknown) {
+                depths[*beyond] = depths[face] + 1;
+                pending.push_back(*beyond);
+            }
+        });
+    }
+    return depths;
+}
+
+std::vector<FaceGraph::Face> enclosedArea(std::span<const Path> paths) {
+    const FaceGraph graph(oddEdges(paths));
+    const std::vector<std::size_t> depths = depthsOf(graph);
+    std::vector<bool> isInside;
+    for (const std::size_t depth : depths) {
+        isInside.push_back(depth % 2 == 1);
+    }
+    return graph.unionOf(isInside);
+}
+
+using Places = std::unordered_set<XY, XYHash>;
+
+Places placesOf(const NodedPaths& noded) {
+    Places places;
+    for (const std::vector<Node>& nodes : noded.nodes) {
+        for (const Node& node : nodes) {
+            places.insert(node.position);
+        }
+    }
+    return places;
+}
+
+// The path broken at its vertices there, without segments of no length.
+std::vector<Path> piecesOf(const Path& path, const Places& places) {
+    std::vector<Path> pieces;
+    forEachSegment(path, [&](std::size_t index, const CurveSegment& segment) {
+        const bool atStart = !pieces.empty() && pieces.back().segmentCount() == 0;
+        if (pieces.empty() || (places.contains(segment.start()) && !atStart)) {
+            pieces.emplace_back().addVertex(path.vertex(index));
+        }
+        if (!segment.circle() && segment.start() == segment.end()) {
+            return;
+        }
+        appendStretch(pieces.back(), segment, 0, 1, path.vertex(index + 1));
+    });
+    std::erase_if(pieces, [](const Path& piece) { return piece.segmentCount() == 0; });
+    return pieces;
+}
+
+std::vector<Path> piecesOf(const std::vector<Path>& paths, const Places& places) {
+    std::vector<Path> pieces;
+    for (const Path& path : paths) {
+        std::ranges::move(piecesOf(path, places), std::back_inserter(pieces));
+    }
+    return pieces;
+}
+
+// Of single segments with the same ends, in either direction.
+bool coverEachOther(const Path& a, const Path& b, double tolerance) {
+    const CurveSegment one(a, 0);
+    const CurveSegment other(b, 0);
+    if (!one.circle() && !other.circle()) {
+        return true;
+    }
+    const XY middle = one.at(0.5);
+    return std::sqrt(other.squaredDistance(middle, other.nearestRatio(middle))) <= tolerance;
+}
+
+// Of pieces that cover each other the first. They have been cut at each other's vertices, so that they are single
+// segments.
+std::vector<Path> withoutCopies(std::vector<Path> pieces, double tolerance) {
+    std::unordered_map<DirectedEdge, std::vector<std::size_t>, DirectedEdgeHash> known;
+    std::vector<Path> kept;
+    for (Path& piece : pieces) {
+        const DirectedEdge ends{piece.xy().front(), piece.xy().back()};
+        std::vector<std::size_t>& sameEnds = known[known.contains(ends.reversed()) ? ends.reversed() : ends];
+        const bool isCopy = piece.segmentCount() == 1 && std::ranges::any_of(sameEnds, [&](std::size_t other) {
+                                return coverEachOther(kept[other], piece, tolerance);
+                            });
+        if (isCopy) {
+            continue;
+        }
+        if (piece.segmentCount() == 1) {
+            sameEnds.push_back(kept.size());
+        }
+        kept.push_back(std::move(piece));
+    }
+    return kept;
+}
+
+Polyline withPaths(const Polyline& polyline, std::vector<Path> paths) {
+    Polyline result;
+    static_cast<GeometryTraits&>(result) = polyline;
+    result.paths = std::move(paths);
+    return result;
+}
+
+bool sameValue(double a, double b) noexcept {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+} // namespace
+
+Polygon simplified(const Polygon& polygon) {
+    if (isSimple(polygon)) {
+        return polygon;
+    }
+    const Geometry original(polygon);
+    const Geometry* const operands[] = {&original};
+    const CurveSources sources(operands);
+    const NodedPaths noded = fullyNoded(sources.stroked(0).as<Polygon>().rings);
+    return assemblePolygon(enclosedArea(noded.paths), sources, polygon);
+}
+
+Polyline simplifiedPlanar(const Polyline& polyline) {
+    const double resolution = polyline.spatialReference.grid().xyResolution;
+    const NodedPaths noded = fullyNoded(polyline.paths, {0, resolution});
+    std::vector<Path> pieces = withoutCopies(piecesOf(noded.paths, placesOf(noded)), resolution);
+    return withPaths(polyline, mergedPaths(std::move(pieces)));
+}
+
+Polyline simplifiedAlong(const Polyline& polyline) {
+    return withPaths(polyline, mergedPaths(piecesOf(polyline.paths, {})));
+}
+
+Multipoint simplified(const Multipoint& multipoint) {
+    Multipoint result = multipoint;
+    result.vertices.clear();
+    std::unordered_map<XY, std::vector<std::size_t>, XYHash> known;
+    for (const Vertex& vertex : multipoint.vertices) {
+        std::vector<std::size_t>& here = known[vertex.xy()];
+        const bool isCopy = std::ranges::any_of(here, [&](std::size_t index) {
+            const Vertex& other = result.vertices[index];
+            return (!multipoint.zAware || sameValue(vertex.z, other.z)) &&
+                   (!multipoint.mAware || sameValue(vertex.m, other.m));
+        });
+        if (!isCopy) {
+            here.push_back(result.vertices.size());
+            result.vertices.push_back(vertex);
+        }
+    }
+    return result;
+}
+
+Geometry simplified(const Geometry& geometry) {
+    if (const Multipoint* multipoint = geometry.getIf<Multipoint>()) {
+        return simplified(*multipoint);
+    }
+    if (const Polyline* polyline = geometry.getIf<Polyline>()) {
+        return polyline->mAware ? simplifiedAlong(*polyline) : simplifiedPlanar(*polyline);
+    }
+    if (const Polygon* polygon = geometry.getIf<Polygon>()) {
+        return simplified(*polygon);
+    }
+    return geometry;
+}
+
+} // namespace qz
