@@ -103,8 +103,11 @@ GeosGeometryPtr overlay(OverlayKind kind, const GEOSGeometry& a, const GEOSGeome
         return result;
     }
     result.reset(onGrid(kind, a, b, resolution));
-    if (!isSound()) {
+    if (result == nullptr) {
         GeosContext::ofThread().fail(taskOf(kind));
+    }
+    if (!isSound()) {
+        throw PlatformError(std::string("The geometry library gave an impossible area at ") + taskOf(kind) + ".");
     }
     return result;
 }
