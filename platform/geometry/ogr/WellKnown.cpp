@@ -74,8 +74,13 @@ public:
         }
     }
 
-    // Takes them out one by one.
-    [[nodiscard]] double next() { return numbers_.at(next_++); }
+    // Takes them out one by one. GDAL leaves out what is not finite, so that it can't be told which number is whose.
+    [[nodiscard]] double next() {
+        if (next_ == numbers_.size()) {
+            throw PlatformError("A geometry with a coordinate that is not finite has no well-known text.");
+        }
+        return numbers_[next_++];
+    }
 
 private:
     std::vector<double> numbers_;
