@@ -5,25 +5,11 @@
 #include <numeric>
 #include <string>
 
+#include "platform/geometry/Vectors.h"
+
 namespace qz {
 
 namespace {
-
-double cross(XY a, XY b) noexcept {
-    return a.x * b.y - a.y * b.x;
-}
-double dot(XY a, XY b) noexcept {
-    return a.x * b.x + a.y * b.y;
-}
-XY operator-(XY a, XY b) noexcept {
-    return {a.x - b.x, a.y - b.y};
-}
-XY operator+(XY a, XY b) noexcept {
-    return {a.x + b.x, a.y + b.y};
-}
-XY operator*(XY a, double factor) noexcept {
-    return {a.x * factor, a.y * factor};
-}
 
 std::string text(XY p) {
     return "(" + std::to_string(p.x) + ", " + std::to_string(p.y) + ")";

@@ -5,19 +5,13 @@
 #include <numbers>
 
 #include "platform/geometry/Determinant.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
 namespace {
 
 using std::numbers::pi;
-
-XY operator-(XY a, XY b) noexcept {
-    return {a.x - b.x, a.y - b.y};
-}
-double dot(XY a, XY b) noexcept {
-    return a.x * b.x + a.y * b.y;
-}
 
 CircularArc fullCircle(XY start, XY middle, ArcSense sense) noexcept {
     const XY centre{start.x + (middle.x - start.x) / 2, start.y + (middle.y - start.y) / 2};

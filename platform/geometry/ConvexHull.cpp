@@ -8,6 +8,7 @@
 
 #include "platform/geometry/Orientation.h"
 #include "platform/geometry/Strokes.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -48,14 +49,6 @@ Polygon polygonOf(std::vector<XY> clockwise, const GeometryTraits& traits) {
     return polygon;
 }
 
-double dot(XY a, XY b) {
-    return a.x * b.x + a.y * b.y;
-}
-
-XY difference(XY a, XY b) {
-    return {a.x - b.x, a.y - b.y};
-}
-
 // Walks around a hull with four lines that touch it, two along the direction and two across.
 class Calipers {
 public:
@@ -63,15 +56,15 @@ public:
 
     // The rectangle along side `side`, which comes in ascending order; the corners run counter-clockwise.
     [[nodiscard]] std::vector<XY> rectangle(std::size_t side) {
-        const XY along = unit(difference(at(side + 1), at(side)));
+        const XY along = unit(at(side + 1) - at(side));
         const XY across{-along.y, along.x};
         advance(right_, side + 1, along);
         advance(top_, right_, across);
         advance(left_, top_, {-along.x, -along.y});
         const XY origin = at(side);
-        const double from = dot(difference(at(left_), origin), along);
-        const double to = dot(difference(at(right_), origin), along);
-        const double height = dot(difference(at(top_), origin), across);
+        const double from = dot(at(left_) - origin, along);
+        const double to = dot(at(right_) - origin, along);
+        const double height = dot(at(top_) - origin, across);
         area = (to - from) * height;
         const auto corner = [&](double u, double v) {
             return XY{origin.x + u * along.x + v * across.x, origin.y + u * along.y + v * across.y};
@@ -92,7 +85,7 @@ private:
     // Moves a touching point on, from `first` at least, as long as the hull goes on in the direction.
     void advance(std::size_t& touching, std::size_t first, XY direction) const {
         touching = std::max(touching, first);
-        while (dot(difference(at(touching + 1), at(touching)), direction) > 0) {
+        while (dot(at(touching + 1) - at(touching), direction) > 0) {
             ++touching;
         }
     }

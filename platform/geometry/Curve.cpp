@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/Error.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -15,10 +16,6 @@ namespace {
 using std::numbers::pi;
 
 constexpr double epsilon = std::numeric_limits<double>::epsilon();
-
-double cross(XY a, XY b) noexcept {
-    return a.x * b.y - a.y * b.x;
-}
 
 double between(double from, double to, double ratio) noexcept {
     return from == to ? from : from + (to - from) * ratio;

@@ -6,20 +6,11 @@
 #include <string>
 
 #include "platform/Error.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
 namespace {
-
-double cross(XY a, XY b) noexcept {
-    return a.x * b.y - a.y * b.x;
-}
-double dot(XY a, XY b) noexcept {
-    return a.x * b.x + a.y * b.y;
-}
-XY operator-(XY a, XY b) noexcept {
-    return {a.x - b.x, a.y - b.y};
-}
 
 std::optional<CurveSegment> firstWithLength(const Path& path, std::size_t from) {
     for (std::size_t i = from; i < path.segmentCount(); ++i) {

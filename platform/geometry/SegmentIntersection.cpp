@@ -8,6 +8,7 @@
 
 #include "platform/geometry/Determinant.h"
 #include "platform/geometry/Orientation.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -15,12 +16,6 @@ namespace {
 
 constexpr double almostOne = 1 - 0x1p-53;
 
-XY operator-(XY a, XY b) noexcept {
-    return {a.x - b.x, a.y - b.y};
-}
-double dot(XY a, XY b) noexcept {
-    return a.x * b.x + a.y * b.y;
-}
 double distance(XY a, XY b) noexcept {
     return std::hypot(b.x - a.x, b.y - a.y);
 }

@@ -45,7 +45,7 @@ struct CurveEnd {
     Vertex vertex;
 };
 
-// The stretch of one path between two places of part 0, `from` before `to`. O(segments in between).
+// The stretch of one path between two of its places, `from` before `to`. O(segments in between).
 [[nodiscard]] Path pathBetween(const Path& path, const CurveEnd& from, const CurveEnd& to);
 
 } // namespace qz

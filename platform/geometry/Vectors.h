@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/geometry/Coordinates.h"
+
+namespace qz {
+
+// Coordinates as vectors of the plane.
+
+[[nodiscard]] constexpr XY operator+(XY a, XY b) noexcept {
+    return {a.x + b.x, a.y + b.y};
+}
+[[nodiscard]] constexpr XY operator-(XY a, XY b) noexcept {
+    return {a.x - b.x, a.y - b.y};
+}
+[[nodiscard]] constexpr XY operator*(XY a, double factor) noexcept {
+    return {a.x * factor, a.y * factor};
+}
+[[nodiscard]] constexpr double dot(XY a, XY b) noexcept {
+    return a.x * b.x + a.y * b.y;
+}
+// Positive when b points to the left of a.
+[[nodiscard]] constexpr double cross(XY a, XY b) noexcept {
+    return a.x * b.y - a.y * b.x;
+}
+
+} // namespace qz
