@@ -22,9 +22,9 @@ Dictionary& Dictionary::operator=(Dictionary other) noexcept {
     return *this;
 }
 
-Dictionary::Key Dictionary::normalized(const Value& key) {
+std::optional<Dictionary::Key> Dictionary::normalized(const Value& key) {
     return std::visit(
-        [&key](const auto& content) -> Key {
+        [](const auto& content) -> std::optional<Key> {
             using Content = std::decay_t<decltype(content)>;
             if constexpr (std::is_integral_v<Content>) {
                 return static_cast<std::int64_t>(content);
@@ -36,46 +36,54 @@ Dictionary::Key Dictionary::normalized(const Value& key) {
             } else if constexpr (std::is_same_v<Content, std::string>) {
                 return content;
             } else {
-                throw PlatformError(fmt::format("{} can't be a key: neither a number nor a text.", toText(key)));
+                return std::nullopt;
             }
         },
         key);
 }
 
+std::optional<Dictionary::Places::const_iterator> Dictionary::place(const Value& key) const {
+    const auto normal = normalized(key);
+    const auto found = normal ? places_.find(*normal) : places_.end();
+    return found == places_.end() ? std::nullopt : std::optional(found);
+}
+
 void Dictionary::add(const Value& key, Value item) {
-    Key normal = normalized(key);
-    if (places_.contains(normal)) {
+    auto normal = normalized(key);
+    if (!normal) {
+        throw PlatformError(fmt::format("{} can't be a key: neither a number nor a text.", toText(key)));
+    }
+    if (places_.contains(*normal)) {
         throw PlatformError("This key is already associated with an element of this collection");
     }
     entries_.push_back({key, std::move(item)});
-    places_.emplace(std::move(normal), std::prev(entries_.end()));
+    places_.emplace(std::move(*normal), std::prev(entries_.end()));
 }
 
 void Dictionary::set(const Value& key, Value item) {
-    const auto found = places_.find(normalized(key));
-    if (found == places_.end()) {
-        add(key, std::move(item));
+    if (const auto found = place(key)) {
+        (*found)->second->item = std::move(item);
     } else {
-        found->second->item = std::move(item);
+        add(key, std::move(item));
     }
 }
 
 bool Dictionary::exists(const Value& key) const {
-    return places_.contains(normalized(key));
+    return place(key).has_value();
 }
 
 const Value* Dictionary::find(const Value& key) const {
-    const auto found = places_.find(normalized(key));
-    return found == places_.end() ? nullptr : &found->second->item;
+    const auto found = place(key);
+    return found ? &(*found)->second->item : nullptr;
 }
 
 void Dictionary::remove(const Value& key) {
-    const auto found = places_.find(normalized(key));
-    if (found == places_.end()) {
+    const auto found = place(key);
+    if (!found) {
         throw PlatformError(fmt::format("There is no key {} to remove.", toText(key)));
     }
-    entries_.erase(found->second);
-    places_.erase(found);
+    entries_.erase((*found)->second);
+    places_.erase(*found);
 }
 
 std::vector<Value> Dictionary::keys() const {

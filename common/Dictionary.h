@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <list>
 #include <map>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -39,10 +40,14 @@ private:
         Value key;
         Value item;
     };
-    [[nodiscard]] static Key normalized(const Value& key);
+    using Places = std::map<Key, std::list<Entry>::iterator>;
+
+    // Nothing for what can't be a key.
+    [[nodiscard]] static std::optional<Key> normalized(const Value& key);
+    [[nodiscard]] std::optional<Places::const_iterator> place(const Value& key) const;
 
     std::list<Entry> entries_;
-    std::map<Key, std::list<Entry>::iterator> places_;
+    Places places_;
 };
 
 } // namespace qz

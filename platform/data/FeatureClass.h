@@ -86,6 +86,9 @@ public:
     // Nothing when there is none of that name. Lives as long as the workspace.
     [[nodiscard]] virtual FeatureClass* table(const std::string& name) = 0;
 
+    // Where a file with that ending would be kept beside the data of a table: next to a shapefile, and of its name.
+    [[nodiscard]] virtual std::string pathBeside(const std::string& table, const std::string& ending) const = 0;
+
     // Throws PlatformError while a session is open, DataError when the data can't be saved to.
     virtual void startEditing() = 0;
     // Saves all that was stored since startEditing, or gives it up. Throws PlatformError while an operation is open,

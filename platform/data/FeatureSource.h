@@ -89,6 +89,8 @@ public:
     // Nothing when there is none of that name. Letter case counts. Lives as long as the store.
     [[nodiscard]] virtual FeatureSource* table(const std::string& name) = 0;
 
+    // Where a file with that ending would be kept beside the data of a table: next to a shapefile, and of its name.
+    [[nodiscard]] virtual std::string pathBeside(const std::string& table, const std::string& ending) const;
     // Empty when it can be saved to, else what hinders ("is read-only", "needs a new file geodatabase").
     [[nodiscard]] virtual std::string refusalToSave() const = 0;
     // Whether a save of one row is cheap, or rewrites files.

@@ -1,8 +1,6 @@
 #include "platform/data/Field.h"
 
 #include <algorithm>
-#include <charconv>
-#include <chrono>
 #include <cmath>
 #include <limits>
 #include <type_traits>
@@ -11,6 +9,7 @@
 
 #include "platform/Error.h"
 #include "platform/Rounding.h"
+#include "platform/data/PlainText.h"
 
 namespace qz {
 
@@ -21,25 +20,9 @@ namespace {
         fmt::format("The value {} can't be stored in the field {}: {}.", toText(value), field.name, why));
 }
 
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
+// Blanks around and a plus sign are let through.
 template <typename Number> std::optional<Number> parsed(std::string_view text) {
-    text = trimmed(text);
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{} || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return number;
+    return readWhole<Number>(withoutPlusSign(withoutOuterBlanks(text)));
 }
 
 // Integers keep all their digits; everything else goes through a double.
@@ -156,55 +139,12 @@ Value toTextField(const Field& field, const Value& value) {
     return text;
 }
 
-std::optional<int> digits(std::string_view text, std::size_t at, std::size_t count) {
-    return at + count <= text.size() ? parsed<int>(text.substr(at, count)) : std::nullopt;
-}
-
-bool isCalendarDate(const DateTime& date) {
-    const std::chrono::year_month_day day{std::chrono::year(date.year),
-                                          std::chrono::month(static_cast<unsigned>(date.month)),
-                                          std::chrono::day(static_cast<unsigned>(date.day))};
-    return day.ok() && date.hour >= 0 && date.hour < 24 && date.minute >= 0 && date.minute < 60 && date.second >= 0 &&
-           date.second < 60;
-}
-
-bool readTimeOfDay(std::string_view text, DateTime& date) {
-    const auto hour = digits(text, 0, 2);
-    const auto minute = digits(text, 3, 2);
-    if (!hour || !minute || text[2] != ':') {
-        return false;
-    }
-    date.hour = *hour;
-    date.minute = *minute;
-    if (text.size() == 5) {
-        return true;
-    }
-    const auto second = text[5] == ':' ? parsed<double>(text.substr(6)) : std::nullopt;
-    date.second = second.value_or(0);
-    return second.has_value();
-}
-
-// ISO 8601: "yyyy-mm-dd", optionally followed by "T" or a blank and "hh:mm[:ss[.fff]]".
-std::optional<DateTime> parsedDate(std::string_view text) {
-    text = trimmed(text);
-    const auto year = digits(text, 0, 4);
-    const auto month = digits(text, 5, 2);
-    const auto day = digits(text, 8, 2);
-    if (!year || !month || !day || text[4] != '-' || text[7] != '-') {
-        return std::nullopt;
-    }
-    DateTime date{.year = *year, .month = *month, .day = *day};
-    const bool readable = text.size() == 10 || ((text[10] == 'T' || text[10] == ' ') && text.size() >= 16 &&
-                                                readTimeOfDay(text.substr(11), date));
-    return readable && isCalendarDate(date) ? std::optional(date) : std::nullopt;
-}
-
 Value toDate(const Field& field, const Value& value) {
     std::optional<DateTime> date;
     if (const auto* given = std::get_if<DateTime>(&value)) {
         date = *given;
     } else if (const auto* text = std::get_if<std::string>(&value)) {
-        date = parsedDate(*text);
+        date = readDate(*text);
     }
     if (!date) {
         refuse(field, value, "it is not a date such as 2024-05-17 or 2024-05-17T13:45:00");

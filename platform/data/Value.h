@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -50,5 +52,9 @@ using Value = std::variant<std::monostate, std::int16_t, std::int32_t, std::int6
 
 // ISO 8601: "2024-05-17" or "2024-05-17T13:45:00[.123]".
 [[nodiscard]] std::string toText(const DateTime& date);
+
+// Such a text, a blank in place of the T and blanks around let through; nothing for any other text, and for days that
+// the calendar doesn't have.
+[[nodiscard]] std::optional<DateTime> readDate(std::string_view text);
 
 } // namespace qz

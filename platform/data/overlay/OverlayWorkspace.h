@@ -44,6 +44,9 @@ public:
     [[nodiscard]] const std::string& datasetCategory() const override { return store_->datasetCategory(); }
     [[nodiscard]] std::vector<std::string> tableNames() override { return store_->tableNames(); }
     [[nodiscard]] FeatureClass* table(const std::string& name) override;
+    [[nodiscard]] std::string pathBeside(const std::string& table, const std::string& ending) const override {
+        return store_->pathBeside(table, ending);
+    }
 
     void startEditing() override;
     void stopEditing(bool saveEdits) override;

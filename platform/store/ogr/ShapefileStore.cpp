@@ -100,6 +100,11 @@ FeatureSource* ShapefileStore::table(const std::string& name) {
     return table == nullptr ? nullptr : table->table.get();
 }
 
+std::string ShapefileStore::pathBeside(const std::string& table, const std::string& ending) const {
+    const auto parts = partsOf(table);
+    return parts ? (parts->folder() / (parts->name() + ending)).string() : FeatureStore::pathBeside(table, ending);
+}
+
 std::string ShapefileStore::refusalToSave() const {
     if (mode_ == OpenMode::read) {
         return "is opened for reading";

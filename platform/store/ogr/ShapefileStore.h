@@ -31,6 +31,7 @@ public:
     [[nodiscard]] const std::string& datasetCategory() const override { return category_; }
     [[nodiscard]] std::vector<std::string> tableNames() override;
     [[nodiscard]] FeatureSource* table(const std::string& name) override;
+    [[nodiscard]] std::string pathBeside(const std::string& table, const std::string& ending) const override;
     [[nodiscard]] std::string refusalToSave() const override;
     [[nodiscard]] bool savesSingleRowsCheaply() const override { return false; }
     void save(const ChangeSet& changes, const SaveObserver& observer) override;
