@@ -119,8 +119,8 @@ const std::vector<MethodInfo>& methodTable() {
                                             "sPgPlA", "sPgPgA", "dBuf", "pApp", "bOver", optional("lCount")}),
         planned<bool(FeatureLayer&, FeatureCursor&, const Envelope*, std::int32_t, RefreshArea&, Application&)>(
             "QZ_DeleteMultiVertices", {"pFLayer", "pFeatureCursor", "pEnv", "fCount", "pRefresh", "pApp"}),
-        planned<bool(FeatureCursor&, std::int32_t, RefreshArea&, const std::string&, Application&)>(
-            "QZ_QuickDelete", {"pFeatureCursor", "fCount", "pRefresh", noEffect("sSource"), "pApp"}),
+        available(&MKQZGenFunRun::QZ_QuickDelete, "QZ_QuickDelete",
+                  {"pFeatureCursor", "fCount", "pRefresh", noEffect("sSource"), "pApp"}),
         planned<bool(FeatureCursor&, FeatureLayer&, Feature*, const Point&, double, RefreshArea&, Point&, bool,
                      Application&)>("QZ_InsertVertexRun",
                                     {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", "dSearchTol",
@@ -164,9 +164,8 @@ const std::vector<MethodInfo>& methodTable() {
             "QZ_RemoveDupPoints", {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "pApp"}),
         planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&)>(
             "QZ_AnalyseNaNs", {"pActiveView", "pFeatureLayer", "inSref", output("bChecked")}),
-        planned<bool(FeatureCursor&, FeatureBuffer&, Feature*, const Geometry&, const Dictionary*)>(
-            "QZ_InsertFeatureRun",
-            {"pInsertFeatureCursor", "pInsertFeatureBuffer", "pOrigFeature", "pGeometry", "updateDic"}),
+        available(&MKQZGenFunRun::QZ_InsertFeatureRun, "QZ_InsertFeatureRun",
+                  {"pInsertFeatureCursor", "pInsertFeatureBuffer", "pOrigFeature", "pGeometry", "updateDic"}),
         planned<bool(FeatureCursor&, FeatureClass&, Feature*, RefreshArea&, double, bool, Application&)>(
             "QZ_ChamferAllRun", {"pFeatureCursor", "pFeatureClass", "pF", "pRefresh", "dR", "bFillet", "pApp"}),
         planned<bool(FeatureCursor&, FeatureClass&, Feature*, const Point&, RefreshArea&, double, bool, Application&)>(
@@ -188,13 +187,12 @@ const std::vector<MethodInfo>& methodTable() {
                      const Dictionary*, bool, Application&)>(
             "QZ_AddPolylineA",
             {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "fieldDic", "bEditing", "pApp"}),
-        planned<bool(FeatureLayer&, const Point&, RefreshArea&, const Dictionary*, bool, Application&)>(
-            "QZ_AddPointA", {"pFLayer", "pPoint", "pRefresh", "fieldDic", "bEditing", "pApp"}),
+        available(&MKQZGenFunRun::QZ_AddPointA, "QZ_AddPointA",
+                  {"pFLayer", "pPoint", "pRefresh", "fieldDic", "bEditing", "pApp"}),
         planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, const Dictionary*, bool, Application&)>(
             "QZ_AddPolygonA", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "fieldDic", "bEditing", "pApp"}),
-        planned<bool(FeatureLayer&, FeatureCursor&, RefreshArea&, const Dictionary*, bool, Application&)>(
-            "QZ_PasteAttributes",
-            {"pFLayer", updateCursor("pFeatureCursor"), "pRefresh", "fieldDic", "bEditing", "pApp"}),
+        available(&MKQZGenFunRun::QZ_PasteAttributes, "QZ_PasteAttributes",
+                  {"pFLayer", updateCursor("pFeatureCursor"), "pRefresh", "fieldDic", "bEditing", "pApp"}),
         available(&MKQZGenFunRun::GetQZVersion, "GetQZVersion", {output("sQZArcGIS"), output("sQZBuilt")}),
     });
     return table;

@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -7,8 +6,10 @@
 #include <fmt/ranges.h>
 
 #include "Commands.h"
+#include "RulesListing.h"
 #include "host/run/DataSets.h"
 #include "platform/Error.h"
+#include "platform/app/Services.h"
 #include "platform/store/Stores.h"
 
 namespace qz {
@@ -90,17 +91,6 @@ void showSubtypes(const Subtypes& subtypes) {
     }
 }
 
-// Where the rules of a layer are kept, if anywhere.
-std::string rulesOf(OverlayWorkspace& workspace, const Schema& schema) {
-    if (schema.classId == -1 && schema.featureDataset.empty()) {
-        const std::filesystem::path folder = std::filesystem::path(workspace.path()).parent_path();
-        const std::filesystem::path file = folder / (schema.name + ".qza");
-        return std::filesystem::exists(file) ? "file " + file.string() : "none: every field is copied";
-    }
-    const std::string table = schema.name + "_QZAttributeRules";
-    return workspace.table(table) ? "table " + table : "none: every field is copied";
-}
-
 void showExtent(FeatureClass& table) {
     const Envelope extent = table.extent();
     const SpatialReference& reference = table.spatialReference();
@@ -111,7 +101,7 @@ void showExtent(FeatureClass& table) {
     }
 }
 
-void showTable(OverlayWorkspace& workspace, FeatureClass& table) {
+void showTable(FeatureClass& table) {
     const Schema& schema = table.schema();
     std::cout << fmt::format("\n{}  {}, {} rows\n", schema.name, schema.shape ? shapesOf(*schema.shape) : "table",
                              table.count());
@@ -120,7 +110,6 @@ void showTable(OverlayWorkspace& workspace, FeatureClass& table) {
     }
     if (schema.shape) {
         showExtent(table);
-        std::cout << fmt::format("  attribute rules  {}\n", rulesOf(workspace, schema));
     }
     std::cout << "  fields\n";
     for (const Field& field : schema.fields) {
@@ -128,6 +117,9 @@ void showTable(OverlayWorkspace& workspace, FeatureClass& table) {
     }
     if (schema.subtypes) {
         showSubtypes(*schema.subtypes);
+    }
+    if (schema.shape) {
+        listAttributeRules(std::cout, table);
     }
 }
 
@@ -156,10 +148,12 @@ ExitStatus showInfo(const std::string& place) {
     if (!layer.empty() && !workspace.table(layer)) {
         throw DataError(fmt::format("{} has no layer {}; its layers are {}.", path, layer, fmt::join(names, ", ")));
     }
+    const ScopedServices restored;
+    services().showMessage = [](const std::string& text) { std::cerr << text << std::endl; };
     showFormat(workspace);
     for (const std::string& name : names) {
         if (layer.empty() || name == layer) {
-            showTable(workspace, *workspace.table(name));
+            showTable(*workspace.table(name));
         }
     }
     return ExitStatus::done;
