@@ -84,6 +84,29 @@ TEST_F(StoresCommand, FileGeodatabaseIsNeverUpdatedInPlace) {
     EXPECT_EQ(qz("run QZ_Flip --data town.gdb:streets --all --dry-run").status, 0);
 }
 
+TEST_F(StoresCommand, RulesOfAShapefileStandBesideIt) {
+    write("streets.qza", "name,Nonsense,None,First\r\nLENGTH_M,Proportion,None,Sum\r\nNOWHERE,Copy,None,Sum\r\n");
+    const std::string info = qz("info streets.shp").out;
+    for (const char* line : {"    name                 Copy|None|First  corrected, the file has Nonsense|None|First\n",
+                             "    LENGTH_M             Proportion|None|Sum  file\n",
+                             "    NOWHERE              without effect: no such field takes rules\n"}) {
+        EXPECT_NE(info.find(line), std::string::npos) << info;
+    }
+}
+
+// A shapefile holds numbers as texts of a fixed width, and no null.
+TEST_F(StoresCommand, ValuesThatAShapefileCannotHoldAreRefused) {
+    const Outcome wide = qz(R"(run QZ_PasteAttributes --data streets.shp --fid 0 --bEditing true )"
+                            R"(--fieldDic '{"FROM_L":3000000000}')");
+    EXPECT_EQ(wide.status, 1);
+    EXPECT_NE(wide.err.find("FROM_L"), std::string::npos) << wide.err;
+    const Outcome null = qz(R"(run QZ_PasteAttributes --data streets.shp --fid 0 --bEditing false --report - )"
+                            R"(--fieldDic '{"FROM_L":"<NULL>","name":"Elm Row"}')");
+    EXPECT_EQ(null.json()["updated"][0]["values"]["FROM_L"], 1) << "it has no null, so the number stays";
+    EXPECT_EQ(null.json()["updated"][0]["values"]["name"], "Elm Row");
+    EXPECT_TRUE(null.json()["saved"]);
+}
+
 TEST_F(StoresCommand, ReadOnlyDataAreReadButNotWritten) {
     if (geteuid() == 0) {
         // The superuser may write everything: run as somebody who may not.

@@ -104,7 +104,8 @@ TEST(MethodReference, ShowsWhatIsNotAvailable) {
 TEST(MethodReference, IsWrittenAnewWithTheTable) {
     std::ifstream file(QZ_SOURCE_DIR "/docs/methods.md");
     const std::string written{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(written, methodsAsMarkdown(selectMethods(""))) << "run: qz methods --markdown > docs/methods.md";
+    EXPECT_TRUE(written == methodsAsMarkdown(selectMethods("")))
+        << "docs/methods.md is not of today: qz methods --markdown > docs/methods.md";
 }
 
 TEST(PlatformRelease, ComparesMajorAndMinor) {

@@ -118,6 +118,41 @@ TEST(Reading, FieldTypesDomainsAndDefaults) {
     }
 }
 
+void execute(const std::string& path, const std::string& sql) {
+    GDALDataset* dataset = GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE);
+    dataset->ExecuteSQL(sql.c_str(), nullptr, nullptr);
+    GDALClose(dataset);
+}
+
+// What a GeoPackage has no place for stands in a table that any program can edit.
+TEST(Reading, SideTableOfAGeoPackage) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "data.gpkg";
+    makeRoads(path, geoPackage, wkbLineString, {"LINESTRING (0 0,1 1)"});
+    execute(path, "CREATE TABLE qz_schema (table_name TEXT, field_name TEXT, property TEXT, code INTEGER, text TEXT)");
+    execute(path, "INSERT INTO qz_schema VALUES ('roads', 'LANES', 'subtype', 1, 'lane'), "
+                  "('roads', 'lanes', 'subtype', 2, 'road'), ('roads', 'lanes', 'default subtype', 2, NULL), "
+                  "('roads', 'width', 'not editable', NULL, NULL), ('other', 'x', 'subtype', 1, 'x'), "
+                  "('roads', NULL, 'feature dataset', NULL, 'survey')");
+    const auto store = openStore(path, OpenMode::read);
+    const Schema& schema = store->table("roads")->schema();
+    ASSERT_TRUE(schema.subtypes);
+    EXPECT_EQ(schema.subtypes->field, "lanes");
+    EXPECT_EQ(schema.subtypes->defaultCode, 2);
+    EXPECT_EQ(schema.subtypes->codes, (std::vector<std::pair<std::int32_t, std::string>>{{1, "lane"}, {2, "road"}}));
+    EXPECT_FALSE(schema.fields[*schema.findField("width")].editable);
+    EXPECT_TRUE(schema.fields[*schema.findField("name")].editable);
+    EXPECT_EQ(schema.featureDataset, "survey");
+
+    for (const char* wrong : {"('roads', 'nowhere', 'subtype', 1, 'x')", "('roads', 'lanes', 'subtype', NULL, 'x')",
+                              "('roads', 'width', 'subtype', 1, 'x')", "('roads', 'width', 'hidden', 1, 'x')"}) {
+        execute(path, std::string("INSERT INTO qz_schema VALUES ") + wrong);
+        const auto reopened = openStore(path, OpenMode::read);
+        EXPECT_THROW(static_cast<void>(reopened->table("roads")), DataError) << wrong;
+        execute(path, "DELETE FROM qz_schema WHERE rowid = (SELECT MAX(rowid) FROM qz_schema)");
+    }
+}
+
 std::string randomLine(std::mt19937& random) {
     std::uniform_int_distribution<int> place(-2000, 2000);
     const int x = place(random);

@@ -8,6 +8,7 @@
 #include "platform/geometry/ogr/OgrSpatialReference.h"
 #include "platform/store/ogr/FileGdbGrid.h"
 #include "platform/store/ogr/OgrDomains.h"
+#include "platform/store/ogr/GpkgSideTable.h"
 
 namespace qz {
 
@@ -240,6 +241,9 @@ Schema schemaOf(GDALDataset& dataset, OGRLayer& layer, const FormatRules& rules,
     }
     schema.classId = rules.registersClasses ? classId : -1;
     schema.featureDataset = featureDataset;
+    if (rules.format == StoreFormat::geoPackage) {
+        completeFromSideTable(dataset, schema);
+    }
     return schema;
 }
 
