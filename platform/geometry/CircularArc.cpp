@@ -44,12 +44,14 @@ XY startPoint(const CircularArc& arc) noexcept {
     return {arc.centre.x + arc.radius * std::cos(arc.startAngle), arc.centre.y + arc.radius * std::sin(arc.startAngle)};
 }
 
-// By the chord from the start to the point; a point behind the start is on the part of the circle left out.
+// By the direction from the centre, which is seen from the start; a point behind the start is on the part of the circle
+// left out.
 double flatRatioOf(const CircularArc& arc, XY p) noexcept {
     const XY chord = p - startPoint(arc);
-    const double half = std::asin(std::min(1.0, std::hypot(chord.x, chord.y) / (2 * arc.radius)));
-    const double ahead = dot(chord, {-std::sin(arc.startAngle), std::cos(arc.startAngle)}) * arc.sweep;
-    return (ahead < 0 ? 2 * pi - 2 * half : 2 * half) / std::abs(arc.sweep);
+    const XY outward{std::cos(arc.startAngle), std::sin(arc.startAngle)};
+    const double ahead = cross(outward, chord) * (arc.sweep < 0 ? -1 : 1);
+    const double angle = std::atan2(ahead, arc.radius + dot(chord, outward));
+    return (angle < 0 ? angle + 2 * pi : angle) / std::abs(arc.sweep);
 }
 
 } // namespace

@@ -9,6 +9,8 @@ namespace qz {
 namespace {
 
 constexpr double fullTurn = 2 * std::numbers::pi;
+// A stroke point this close to the end of an arc, in strokes, is that end but for rounding.
+constexpr double endOfArc = 1e-6;
 
 // A power of two, so that radii that differ by their rounding only agree on it.
 double strokesOfCircle(double radius, double maximumSagitta) {
@@ -44,8 +46,8 @@ std::vector<XY> strokePoints(const CircularArc& arc, double maximumSagitta) {
     const double count = strokesOfCircle(arc.radius, maximumSagitta);
     const double from = arc.startAngle / fullTurn * count;
     const double to = (arc.startAngle + arc.sweep) / fullTurn * count;
-    const double low = std::floor(std::min(from, to)) + 1;
-    const double high = std::ceil(std::max(from, to)) - 1;
+    const double low = std::floor(std::min(from, to) + endOfArc) + 1;
+    const double high = std::ceil(std::max(from, to) - endOfArc) - 1;
     std::vector<XY> points;
     points.reserve(high < low ? 0 : static_cast<std::size_t>(high - low) + 1);
     for (double k = low; k <= high; ++k) {
