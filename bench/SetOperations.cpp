@@ -1,5 +1,5 @@
-// Set operations and cuts beside GEOS called directly on the same shapes. Grows with the number of vertices of two
-// noisy rings that overlap widely, and with the number of polygons united.
+// Set operations, cuts and relations beside GEOS called directly on the same shapes. Grows with the number of vertices
+// of two noisy rings that overlap widely, and with the number of polygons united.
 
 #include <cmath>
 #include <numbers>
@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include "platform/geometry/Cut.h"
+#include "platform/geometry/Relations.h"
 #include "platform/geometry/SetOperations.h"
 #include "platform/geometry/geos/GeosGeometry.h"
 
@@ -130,6 +131,101 @@ void cutOfGeos(benchmark::State& state) {
     }
 }
 
+// The second ring shrunk about its centre, so that it lies within the first.
+Polygon inner(const benchmark::State& state) {
+    Polygon polygon = noisyRing(state.range(0), {5e6, 5e6}, 2);
+    polygon.rings.front().transform([](Vertex& vertex) {
+        vertex.x = 5e6 + 0.9 * (vertex.x - 5e6);
+        vertex.y = 5e6 + 0.9 * (vertex.y - 5e6);
+    });
+    return polygon;
+}
+
+void expect(benchmark::State& state, bool expected, bool found) {
+    if (found != expected) {
+        throw std::runtime_error("the relation is another");
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+void intersectsOfQz(benchmark::State& state) {
+    const Geometry a = first(state), b = second(state);
+    for (auto _ : state) {
+        expect(state, true, intersects(a, b));
+    }
+}
+
+void intersectsOfGeos(benchmark::State& state) {
+    const GeosGeometryPtr a = toGeos(first(state)), b = toGeos(second(state));
+    for (auto _ : state) {
+        expect(state, true, GEOSIntersects_r(handle(), a.get(), b.get()) == 1);
+    }
+}
+
+void withinOfQz(benchmark::State& state) {
+    const Geometry a = inner(state), b = first(state);
+    for (auto _ : state) {
+        expect(state, true, within(a, b));
+    }
+}
+
+void withinOfGeos(benchmark::State& state) {
+    const GeosGeometryPtr a = toGeos(inner(state)), b = toGeos(first(state));
+    for (auto _ : state) {
+        expect(state, true, GEOSWithin_r(handle(), a.get(), b.get()) == 1);
+    }
+}
+
+void touchesOfQz(benchmark::State& state) {
+    const Geometry a = first(state), b = second(state);
+    for (auto _ : state) {
+        expect(state, false, touches(a, b));
+    }
+}
+
+void touchesOfGeos(benchmark::State& state) {
+    const GeosGeometryPtr a = toGeos(first(state)), b = toGeos(second(state));
+    for (auto _ : state) {
+        expect(state, false, GEOSTouches_r(handle(), a.get(), b.get()) == 1);
+    }
+}
+
+// Small squares all over the ring, each tested against it once it is ready.
+std::vector<Geometry> squares() {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> place(5e6 - 120, 5e6 + 120);
+    std::vector<Geometry> result;
+    for (int i = 0; i < 100; ++i) {
+        const double x = place(random), y = place(random);
+        result.emplace_back(rectangle({x, y, x + 3, y + 3}, {}));
+    }
+    return result;
+}
+
+void preparedOfQz(benchmark::State& state) {
+    const PreparedRelation relation(first(state), SpatialRelation::intersects);
+    const std::vector<Geometry> tested = squares();
+    for (auto _ : state) {
+        for (const Geometry& square : tested) {
+            benchmark::DoNotOptimize(relation.holdsFor(square));
+        }
+    }
+}
+
+void preparedOfGeos(benchmark::State& state) {
+    const GeosGeometryPtr search = toGeos(first(state));
+    const GeosPreparedPtr prepared(GEOSPrepare_r(handle(), search.get()));
+    std::vector<GeosGeometryPtr> tested;
+    for (const Geometry& square : squares()) {
+        tested.push_back(toGeos(square));
+    }
+    for (auto _ : state) {
+        for (const GeosGeometryPtr& square : tested) {
+            benchmark::DoNotOptimize(GEOSPreparedIntersects_r(handle(), prepared.get(), square.get()));
+        }
+    }
+}
+
 std::vector<Geometry> manyPolygons(std::int64_t count) {
     std::vector<Geometry> polygons;
     const auto columns = static_cast<std::int64_t>(std::sqrt(static_cast<double>(count)));
@@ -170,6 +266,14 @@ BENCHMARK(differenceOfQz)->Apply(sizes);
 BENCHMARK(differenceOfGeos)->Apply(sizes);
 BENCHMARK(cutOfQz)->Apply(sizes);
 BENCHMARK(cutOfGeos)->Apply(sizes);
+BENCHMARK(intersectsOfQz)->Apply(sizes);
+BENCHMARK(intersectsOfGeos)->Apply(sizes);
+BENCHMARK(withinOfQz)->Apply(sizes);
+BENCHMARK(withinOfGeos)->Apply(sizes);
+BENCHMARK(touchesOfQz)->Apply(sizes);
+BENCHMARK(touchesOfGeos)->Apply(sizes);
+BENCHMARK(preparedOfQz)->Apply(sizes);
+BENCHMARK(preparedOfGeos)->Apply(sizes);
 BENCHMARK(unionOfManyOfQz)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(unionOfManyOfGeos)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 

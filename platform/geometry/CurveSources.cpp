@@ -14,11 +14,14 @@ namespace {
 
 // Strokes depart from their arc by no more than this part of the tolerance.
 constexpr double strokesPerTolerance = 10;
-// Places on a segment are off it by some units in the last place of their coordinates.
-constexpr double roundingOfPlaces = 0x1p-46;
+// Places on a segment are off it by a few units in the last place of their coordinates.
+constexpr double roundingOfPlaces = 0x1p-50;
 
 bool definesValues(const Geometry& geometry) {
     const GeometryTraits& traits = geometry.traits();
+    if (!traits.zAware && !traits.mAware) {
+        return false;
+    }
     bool defines = false;
     forEachVertex(geometry, [&](const Vertex& vertex) {
         defines = defines || (traits.zAware && !std::isnan(vertex.z)) || (traits.mAware && !std::isnan(vertex.m));
@@ -58,6 +61,15 @@ CircularArc pieceOf(const CircularArc& circle, const CircularArc& arc, double fr
     return {circle.centre, circle.radius, arc.startAngle + from * arc.sweep, (to - from) * arc.sweep};
 }
 
+// The closed ring, beginning at that vertex.
+std::vector<XY> ringFrom(std::span<const XY> ring, std::ptrdiff_t start) {
+    std::vector<XY> xy;
+    xy.reserve(ring.size());
+    xy.insert(xy.end(), ring.begin() + start, ring.end());
+    xy.insert(xy.end(), ring.begin() + 1, ring.begin() + start + 1);
+    return xy;
+}
+
 } // namespace
 
 CurveSources::CurveSources(std::span<const Geometry* const> operands) : operands_(operands.begin(), operands.end()) {
@@ -73,17 +85,33 @@ CurveSources::CurveSources(std::span<const Geometry* const> operands) : operands
     firstPath_.push_back(paths_.size());
     hasArcs_ = std::ranges::any_of(paths_, [](const Path* path) { return path->hasArcs(); });
     if (hasArcs_) {
-        const auto nodes = nodesOf(paths_, {0, resolution_});
-        const std::vector<CircularArc> circles = unifiedCircles(resolution_);
-        std::size_t firstCircle = 0;
-        for (std::size_t path = 0; path < paths_.size(); ++path) {
-            strokePath(path, nodes[path], std::span(circles).subspan(firstCircle));
-            firstCircle += paths_[path]->arcs().size();
-        }
+        strokeOperands();
     }
     if (!isPlain()) {
         addVertexValues();
         indexStrokes();
+    }
+}
+
+void CurveSources::strokeOperands() {
+    const auto nodes = nodesOf(paths_, {0, resolution_});
+    const std::vector<CircularArc> circles = unifiedCircles(resolution_);
+    std::size_t firstCircle = 0;
+    std::size_t path = 0;
+    const auto strokeAll = [&](std::vector<Path>& paths) {
+        for (Path& stroked : paths) {
+            stroked = strokePath(path, nodes[path], std::span(circles).subspan(firstCircle));
+            firstCircle += paths_[path]->arcs().size();
+            ++path;
+        }
+    };
+    for (const Geometry* operand : operands_) {
+        Geometry& copy = stroked_.emplace_back(*operand);
+        if (Polyline* polyline = copy.getIf<Polyline>()) {
+            strokeAll(polyline->paths);
+        } else if (Polygon* polygon = copy.getIf<Polygon>()) {
+            strokeAll(polygon->rings);
+        }
     }
 }
 
@@ -133,7 +161,7 @@ void CurveSources::strokePiece(std::vector<XY>& line, const Stroke& piece, const
 }
 
 // `circles`: of the path's arcs, to take the strokes from.
-void CurveSources::strokePath(std::size_t path, std::span<const Node> nodes, std::span<const CircularArc> circles) {
+Path CurveSources::strokePath(std::size_t path, std::span<const Node> nodes, std::span<const CircularArc> circles) {
     const Path& curve = *paths_[path];
     std::vector<XY> line;
     line.reserve(curve.vertexCount());
@@ -156,14 +184,16 @@ void CurveSources::strokePath(std::size_t path, std::span<const Node> nodes, std
         addPiece(1, walk.vertex(index + 1));
         circle += segment.circle() ? 1 : 0;
     });
-    stroked_.emplace_back(std::move(line));
+    return Path(std::move(line));
 }
 
 void CurveSources::addVertexValues() {
     for (std::size_t operand = 0; operand < operands_.size(); ++operand) {
         const GeometryTraits& traits = operands_[operand]->traits();
         const auto add = [&](const Vertex& vertex) {
-            Values& values = vertices_[vertex.xy()];
+            const std::size_t number = vertices_.add(vertex.xy());
+            vertexValues_.resize(vertices_.size());
+            Values& values = vertexValues_[number];
             values.z = std::isnan(values.z) && traits.zAware ? vertex.z : values.z;
             values.m = std::isnan(values.m) && traits.mAware ? vertex.m : values.m;
         };
@@ -183,7 +213,7 @@ void CurveSources::indexStrokes() {
         return;
     }
     for (std::size_t path = 0; path < paths_.size() && !hasArcs_; ++path) {
-        strokePath(path, {}, {});
+        (void)strokePath(path, {}, {});
     }
     std::vector<Envelope> envelopes;
     envelopes.reserve(strokes_.size());
@@ -191,22 +221,6 @@ void CurveSources::indexStrokes() {
         envelopes.push_back(boxOf(stroke.start, stroke.end));
     }
     tree_ = PackedEnvelopeTree(envelopes);
-}
-
-Geometry CurveSources::stroked(std::size_t operand) const {
-    Geometry result = *operands_[operand];
-    if (hasArcs_) {
-        const auto replace = [&](std::vector<Path>& paths) {
-            std::copy_n(stroked_.begin() + static_cast<std::ptrdiff_t>(firstPath_[operand]), paths.size(),
-                        paths.begin());
-        };
-        if (Polyline* polyline = result.getIf<Polyline>()) {
-            replace(polyline->paths);
-        } else if (Polygon* polygon = result.getIf<Polygon>()) {
-            replace(polygon->rings);
-        }
-    }
-    return result;
 }
 
 // The stroke on which an edge lies: the nearest, and of those that are equally near but for rounding the first.
@@ -271,8 +285,8 @@ CurveSources::Values CurveSources::valuesAt(XY place, const Origin& before, cons
             fill(valuesOn(origin, ratio));
         }
     };
-    if (const auto known = vertices_.find(place); known != vertices_.end()) {
-        fill(known->second);
+    if (const auto known = vertices_.find(place)) {
+        fill(vertexValues_[*known]);
     }
     const bool afterFirst = std::tie(after.path, after.segment) < std::tie(before.path, before.segment);
     if (after.isKnown && afterFirst) {
@@ -285,7 +299,7 @@ CurveSources::Values CurveSources::valuesAt(XY place, const Origin& before, cons
 
 bool CurveSources::continues(const Origin& before, const Origin& after, XY at) const {
     return before.curved && after.curved && before.path == after.path && before.segment == after.segment &&
-           (before.from < before.to) == (after.from < after.to) && !vertices_.contains(at);
+           (before.from < before.to) == (after.from < after.to) && !vertices_.find(at);
 }
 
 void CurveSources::appendRun(Path& target, const Origin& run, const Vertex& end) const {
@@ -348,14 +362,26 @@ std::size_t CurveSources::startOfRing(std::span<const XY> ring, std::span<const 
     return best % none;
 }
 
-Path CurveSources::restoredRing(const Path& ring) const {
-    std::vector<Origin> origins = isPlain() ? std::vector<Origin>(ring.segmentCount()) : originsOf(ring.xy());
+Path CurveSources::restoredRing(const Path& ring, std::vector<Origin> origins) const {
     const auto start = static_cast<std::ptrdiff_t>(startOfRing(ring.xy(), origins));
-    std::vector<XY> xy(ring.xy().begin(), ring.xy().end() - 1);
-    std::ranges::rotate(xy, xy.begin() + start);
     std::ranges::rotate(origins, origins.begin() + start);
-    xy.push_back(xy.front());
-    return isPlain() ? Path(std::move(xy)) : restored(xy, origins);
+    return restored(ringFrom(ring.xy(), start), origins);
+}
+
+Path CurveSources::restoredRing(const Path& ring) const {
+    if (isPlain()) {
+        const std::span<const XY> open = ring.xy().first(ring.segmentCount());
+        return Path(ringFrom(ring.xy(), std::ranges::min_element(open, precedes) - open.begin()));
+    }
+    return restoredRing(ring, originsOf(ring.xy()));
+}
+
+Path CurveSources::strokedRing(const Path& ring) const {
+    std::vector<Origin> origins = originsOf(ring.xy());
+    for (Origin& origin : origins) {
+        origin.curved = false;
+    }
+    return restoredRing(ring, std::move(origins));
 }
 
 Vertex CurveSources::restored(XY place) const {

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/geometry/EnvelopeIndex.h"
@@ -26,14 +25,19 @@ public:
     // The operands must outlive the object.
     explicit CurveSources(std::span<const Geometry* const> operands);
 
-    // One of the operands as strokes; of a geometry without arcs a copy.
-    [[nodiscard]] Geometry stroked(std::size_t operand) const;
+    // One of the operands as strokes; where no operand has arcs, as it was given.
+    [[nodiscard]] const Geometry& stroked(std::size_t operand) const {
+        return hasArcs_ ? stroked_[operand] : *operands_[operand];
+    }
+    [[nodiscard]] bool hasArcs() const noexcept { return hasArcs_; }
     // Straight segments without z and m come back as they are.
     [[nodiscard]] bool isPlain() const noexcept { return !hasArcs_ && !hasValues_; }
     // An open line or a ring made of pieces of strokes, with its arcs, z and m; a ring starts at one of the vertices
     // that the operands have or the operation made, the one with the smallest x, then y.
     [[nodiscard]] Path restored(const Path& line) const;
     [[nodiscard]] Path restoredRing(const Path& ring) const;
+    // A ring with its z and m only: strokes stay.
+    [[nodiscard]] Path strokedRing(const Path& ring) const;
     [[nodiscard]] Vertex restored(XY place) const;
     // Makes `directed` work for straight segments without z and m too.
     void indexStrokes();
@@ -65,7 +69,8 @@ private:
     };
 
     void strokePiece(std::vector<XY>& line, const Stroke& piece, const std::optional<CircularArc>& arc);
-    void strokePath(std::size_t path, std::span<const Node> nodes, std::span<const CircularArc> circles);
+    [[nodiscard]] Path strokePath(std::size_t path, std::span<const Node> nodes, std::span<const CircularArc> circles);
+    void strokeOperands();
     [[nodiscard]] std::vector<CircularArc> unifiedCircles(double tolerance) const;
     void addVertexValues();
     [[nodiscard]] const Stroke* strokeAt(XY start, XY end) const;
@@ -76,15 +81,17 @@ private:
     [[nodiscard]] bool continues(const Origin& before, const Origin& after, XY at) const;
     [[nodiscard]] std::size_t startOfRing(std::span<const XY> ring, std::span<const Origin> origins) const;
     [[nodiscard]] Path restored(std::span<const XY> line, std::span<const Origin> origins) const;
+    [[nodiscard]] Path restoredRing(const Path& ring, std::vector<Origin> origins) const;
     void appendRun(Path& target, const Origin& run, const Vertex& end) const;
 
     std::vector<const Path*> paths_;
     std::vector<std::size_t> firstPath_; // of each operand, and the number of paths at last
     std::vector<const Geometry*> operands_;
-    std::vector<Path> stroked_;
+    std::vector<Geometry> stroked_; // of each operand, when any has arcs
     std::vector<Stroke> strokes_;
     PackedEnvelopeTree tree_;
-    std::unordered_map<XY, Values, XYHash> vertices_;
+    PlaceNumbers vertices_;
+    std::vector<Values> vertexValues_; // by number
     double resolution_ = 0;
     double tolerance_ = 0;
     bool hasArcs_ = false;

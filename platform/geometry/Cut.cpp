@@ -1,10 +1,14 @@
 #include "platform/geometry/Cut.h"
 
+#include <algorithm>
 #include <cmath>
 #include <deque>
 #include <iterator>
 
+#include <fmt/format.h>
+
 #include "platform/geometry/Faces.h"
+#include "platform/geometry/Measures.h"
 #include "platform/geometry/PlanarEdges.h"
 #include "platform/geometry/PolygonAssembly.h"
 #include "platform/geometry/Simplify.h"
@@ -13,15 +17,18 @@ namespace qz {
 
 namespace {
 
-using EdgeCounts = std::unordered_map<DirectedEdge, int, DirectedEdgeHash>;
-
 double lengthOf(const DirectedEdge& edge) {
     return std::hypot(edge.to.x - edge.from.x, edge.to.y - edge.from.y);
 }
 
-EdgeCounts countEdges(std::span<const Path> paths) {
-    EdgeCounts counts;
-    forEachEdge(paths, [&counts](const DirectedEdge& edge) { ++counts[edge]; });
+// How often each half-edge comes in the paths, whose edges are added.
+std::vector<int> countsIn(std::span<const Path> paths, HalfEdges& edges) {
+    std::vector<int> counts;
+    forEachEdge(paths, [&](const DirectedEdge& edge) {
+        const std::size_t halfEdge = edges.add(edge);
+        counts.resize(std::max(counts.size(), edges.size()));
+        ++counts[halfEdge];
+    });
     return counts;
 }
 
@@ -29,13 +36,15 @@ EdgeCounts countEdges(std::span<const Path> paths) {
 class CutGraph {
 public:
     CutGraph(std::span<const Path> rings, std::span<const Path> line)
-        : ringEdges_(countEdges(rings)), lineEdges_(countEdges(line)), graph_(uniqueEdges(rings, line)) {
+        : ringCounts_(countsIn(rings, edges_)), lineCounts_(countsIn(line, edges_)), graph_(edges_) {
+        ringCounts_.resize(edges_.size());
+        lineCounts_.resize(edges_.size());
         findInside();
     }
 
     // Of the faces inside the polygon those left, or those not left of the line.
     [[nodiscard]] std::vector<bool> chosen(bool left) const {
-        std::vector<bool> result(graph_.faces().size());
+        std::vector<bool> result(graph_.faceCount());
         for (std::size_t face = 0; face < result.size(); ++face) {
             result[face] = isInside_[face] && (leftLength(face) > 0) == left;
         }
@@ -47,45 +56,31 @@ public:
     }
 
 private:
-    static int countIn(const EdgeCounts& counts, const DirectedEdge& edge) {
-        const auto found = counts.find(edge);
-        return found == counts.end() ? 0 : found->second;
+    // How many more of the counted edges have the direction of the half-edge than the other.
+    static int surplus(const std::vector<int>& counts, std::size_t halfEdge) {
+        return counts[halfEdge] - counts[HalfEdges::reversed(halfEdge)];
     }
 
-    static std::vector<DirectedEdge> uniqueEdges(std::span<const Path> rings, std::span<const Path> line) {
-        std::vector<DirectedEdge> edges;
-        EdgeCounts known;
-        const auto add = [&](const DirectedEdge& edge) {
-            if (!(edge.from == edge.to) && !known.contains(edge.reversed()) && known.emplace(edge, 1).second) {
-                edges.push_back(edge);
-            }
-        };
-        forEachEdge(rings, add);
-        forEachEdge(line, add);
-        return edges;
-    }
-
-    [[nodiscard]] bool isOnRing(const DirectedEdge& edge) const {
-        return ringEdges_.contains(edge) || ringEdges_.contains(edge.reversed());
+    [[nodiscard]] bool isOnRing(std::size_t halfEdge) const {
+        return ringCounts_[halfEdge] + ringCounts_[HalfEdges::reversed(halfEdge)] > 0;
     }
 
     // Length of the rings that have the face on the right less that which has it on its left; nothing without any.
     // Where rounding lays two rings together a single edge would not tell.
     [[nodiscard]] std::optional<double> ringLength(std::size_t face) const {
         std::optional<double> sum;
-        forEachEdge(graph_.faces()[face], [&](const DirectedEdge& edge) {
-            if (isOnRing(edge)) {
-                sum = sum.value_or(0) +
-                      lengthOf(edge) * (countIn(ringEdges_, edge) - countIn(ringEdges_, edge.reversed()));
+        for (const std::size_t halfEdge : graph_.edgesOf(face)) {
+            if (isOnRing(halfEdge)) {
+                sum = sum.value_or(0) + lengthOf(edges_[halfEdge]) * surplus(ringCounts_, halfEdge);
             }
-        });
+        }
         return sum;
     }
 
     // The interior of a polygon is to the right of its rings; faces that have no edge of a ring are as their
     // neighbours.
     void findInside() {
-        const std::size_t count = graph_.faces().size();
+        const std::size_t count = graph_.faceCount();
         isInside_.resize(count);
         std::vector<bool> isKnown(count);
         std::deque<std::size_t> pending;
@@ -98,14 +93,14 @@ private:
         }
         for (; !pending.empty(); pending.pop_front()) {
             const std::size_t face = pending.front();
-            forEachEdge(graph_.faces()[face], [&](const DirectedEdge& edge) {
-                const auto beyond = graph_.rightOf(edge.reversed());
+            for (const std::size_t halfEdge : graph_.edgesOf(face)) {
+                const auto beyond = graph_.rightOf(HalfEdges::reversed(halfEdge));
                 if (beyond && !isKnown[*beyond]) {
                     isKnown[*beyond] = true;
                     isInside_[*beyond] = isInside_[face];
                     pending.push_back(*beyond);
                 }
-            });
+            }
         }
     }
 
@@ -113,16 +108,17 @@ private:
     // boundary don't cut.
     [[nodiscard]] double leftLength(std::size_t face) const {
         double sum = 0;
-        forEachEdge(graph_.faces()[face], [&](const DirectedEdge& edge) {
-            if (!isOnRing(edge)) {
-                sum += lengthOf(edge) * (countIn(lineEdges_, edge.reversed()) - countIn(lineEdges_, edge));
+        for (const std::size_t halfEdge : graph_.edgesOf(face)) {
+            if (!isOnRing(halfEdge) && surplus(lineCounts_, halfEdge) != 0) {
+                sum -= lengthOf(edges_[halfEdge]) * surplus(lineCounts_, halfEdge);
             }
-        });
+        }
         return sum;
     }
 
-    EdgeCounts ringEdges_;
-    EdgeCounts lineEdges_;
+    HalfEdges edges_;
+    std::vector<int> ringCounts_; // by half-edge
+    std::vector<int> lineCounts_;
     FaceGraph graph_;
     std::vector<bool> isInside_;
 };
@@ -130,8 +126,8 @@ private:
 void requireFinite(const Geometry& geometry) {
     forEachVertex(geometry, [](const Vertex& vertex) {
         if (!isFinite(vertex.xy())) {
-            throw PlatformError("The polygon can't be cut: the coordinate (" + std::to_string(vertex.x) + ", " +
-                                std::to_string(vertex.y) + ") is not finite.");
+            throw PlatformError(
+                fmt::format("The polygon can't be cut: the coordinate ({}, {}) is not finite.", vertex.x, vertex.y));
         }
     });
 }
@@ -141,6 +137,20 @@ GeometryTraits traitsOf(const Polygon& polygon, const Polyline& line) {
     traits.zAware = traits.zAware || line.zAware;
     traits.mAware = traits.mAware || line.mAware;
     return traits;
+}
+
+// What slivers of less than the resolution along the outline and both sides of the cut may take away.
+double largestLoss(const Polygon& source, const Polyline& line) {
+    const double resolution = source.spatialReference.grid().xyResolution;
+    return resolution * (perimeter(source) + 2 * length(line)) + 1e-9 * area(source);
+}
+
+void requireBalance(const Polygon& source, const Polyline& line, const CutPieces& pieces) {
+    const double lost = area(source) - area(pieces.left) - area(pieces.right);
+    if (!(std::abs(lost) <= largestLoss(source, line))) {
+        throw PlatformError(
+            fmt::format("The polygon can't be cut: its pieces have {} less area than its {}.", lost, area(source)));
+    }
 }
 
 } // namespace
@@ -167,6 +177,7 @@ std::optional<CutPieces> cut(const Polygon& polygon, const Polyline& line) {
     if (pieces.left.isEmpty() || pieces.right.isEmpty()) {
         return std::nullopt;
     }
+    requireBalance(source.as<Polygon>(), line, pieces);
     return pieces;
 }
 

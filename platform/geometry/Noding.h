@@ -38,10 +38,11 @@ struct Node {
 // without length count by their neighbours.
 //   a node at p of path i with path j: path j has one at p with path i
 // Tests of the ends' distance are made between different paths only.
-// A monotone chain of segments has the extent of its ends, so that one packed tree of chains serves short and long
-// paths alike; after chain-based noding in JTS (M. Davis).
 [[nodiscard]] std::vector<std::vector<Node>> nodesOf(std::span<const Path* const> paths,
                                                      const ContactTolerance& tolerance = {});
+
+// Whether there are no nodes at all: for rings, that each is simple and that they are apart. Ends at the first.
+[[nodiscard]] bool meetNowhere(std::span<const Path* const> paths);
 
 // The paths of a polyline or the rings of a polygon; none for points.
 [[nodiscard]] std::vector<const Path*> pathsOf(const Geometry& geometry);

@@ -27,10 +27,9 @@ public:
 
     // Whether a point, line or ring of `other`, which has no arcs, comes that close; exactly that distance included.
     [[nodiscard]] bool isWithin(double distance, const Geometry& other) const;
-
-private:
     [[nodiscard]] bool isWithin(double distance, const Segment& segment) const;
 
+private:
     std::vector<Segment> segments_;
     PackedEnvelopeTree tree_;
 };

@@ -19,27 +19,18 @@ namespace {
 
 // Edges that are there an odd number of times, in the order of their first one: where an even number of segments runs,
 // both sides are inside or both outside.
-std::vector<DirectedEdge> oddEdges(std::span<const Path> paths) {
-    std::vector<DirectedEdge> edges;
+HalfEdges oddEdges(std::span<const Path> paths) {
+    HalfEdges edges;
     std::vector<bool> isOdd;
-    std::unordered_map<DirectedEdge, std::size_t, DirectedEdgeHash> numbers;
     forEachEdge(paths, [&](const DirectedEdge& edge) {
-        if (edge.from == edge.to) {
-            return;
-        }
-        const auto [known, isNew] = numbers.emplace(edge, edges.size());
-        if (isNew) {
-            numbers.emplace(edge.reversed(), edges.size());
-            edges.push_back(edge);
-            isOdd.push_back(true);
-        } else {
-            isOdd[known->second] = !isOdd[known->second];
-        }
+        const std::size_t number = edges.add(edge) / 2;
+        isOdd.resize(edges.size() / 2);
+        isOdd[number] = !isOdd[number];
     });
-    std::vector<DirectedEdge> odd;
-    for (std::size_t i = 0; i < edges.size(); ++i) {
+    HalfEdges odd;
+    for (std::size_t i = 0; i < isOdd.size(); ++i) {
         if (isOdd[i]) {
-            odd.push_back(edges[i]);
+            odd.add(edges[2 * i]);
         }
     }
     return odd;
@@ -48,25 +39,24 @@ std::vector<DirectedEdge> oddEdges(std::span<const Path> paths) {
 // How many edges have to be crossed at least to come to each face from outside.
 std::vector<std::size_t> depthsOf(const FaceGraph& graph) {
     constexpr std::size_t unknown = std::numeric_limits<std::size_t>::max();
-    std::vector<std::size_t> depths(graph.faces().size(), unknown);
+    std::vector<std::size_t> depths(graph.faceCount(), unknown);
     std::deque<std::size_t> pending;
     for (std::size_t face = 0; face < depths.size(); ++face) {
-        forEachEdge(graph.faces()[face], [&](const DirectedEdge& edge) {
-            if (depths[face] == unknown && !graph.rightOf(edge.reversed())) {
-                depths[face] = 1;
-                pending.push_back(face);
-            }
-        });
+        const auto isOuter = [&](std::size_t halfEdge) { return !graph.rightOf(HalfEdges::reversed(halfEdge)); };
+        if (std::ranges::any_of(graph.edgesOf(face), isOuter)) {
+            depths[face] = 1;
+            pending.push_back(face);
+        }
     }
     for (; !pending.empty(); pending.pop_front()) {
         const std::size_t face = pending.front();
-        forEachEdge(graph.faces()[face], [&](const DirectedEdge& edge) {
-            const auto beyond = graph.rightOf(edge.reversed());
+        for (const std::size_t halfEdge : graph.edgesOf(face)) {
+            const auto beyond = graph.rightOf(HalfEdges::reversed(halfEdge));
             if (beyond && depths[*beyond] == unknown) {
                 depths[*beyond] = depths[face] + 1;
                 pending.push_back(*beyond);
             }
-        });
+        }
     }
     return depths;
 }

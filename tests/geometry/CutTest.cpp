@@ -11,6 +11,7 @@
 #include "platform/geometry/SetOperations.h"
 #include "platform/geometry/Simplify.h"
 #include "platform/geometry/WellKnown.h"
+#include "tests/geometry/HeightSamples.h"
 #include "tests/geometry/RandomShapes.h"
 
 namespace qz {
@@ -150,6 +151,29 @@ TEST(Cut, PiecesAddUpToTheSource) {
         }
     }
     EXPECT_GT(cuts, 250u);
+}
+
+TEST(Cut, HeightsAreThoseOfTheSegments) {
+    const ShapeFrame frames[] = {{{0, 0}, 100, 0}, {{4.5e6, 5.4e6}, 100, 1e-4}};
+    std::mt19937 random(43);
+    std::size_t vertices = 0;
+    for (int round = 0; round < 60; ++round) {
+        SCOPED_TRACE(round);
+        const ShapeFrame& frame = frames[round % 2];
+        Polygon source = randomStar(random, frame, 24, true, false);
+        Polyline line = randomCutter(random, frame, false);
+        raise(source, source.rings, random);
+        raise(line, line.paths, random);
+        const auto pieces = cut(source, line);
+        for (const Polygon* piece : {pieces ? &pieces->left : nullptr, pieces ? &pieces->right : nullptr}) {
+            forEachVertex(Geometry(piece != nullptr ? *piece : Polygon()), [&](const Vertex& vertex) {
+                EXPECT_LE(heightError(source, line, vertex), 1e-9) << vertex.x << " " << vertex.y;
+                EXPECT_EQ(vertex.m, -vertex.z);
+                ++vertices;
+            });
+        }
+    }
+    EXPECT_GT(vertices, 1000u);
 }
 
 TEST(Cut, TakesShapesOfAnyKind) {

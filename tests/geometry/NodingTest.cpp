@@ -9,6 +9,7 @@
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/WellKnown.h"
+#include "tests/geometry/RandomShapes.h"
 
 namespace qz {
 namespace {
@@ -224,6 +225,26 @@ TEST(Noding, DecidesNeighbouringNumbersExactly) {
             EXPECT_EQ(nodes[0][0].kind == NodeKind::touch, step == 0 || nodes[0][0].position.y == y);
         }
     }
+}
+
+TEST(Noding, TellsRingsThatMeetNowhere) {
+    std::mt19937 random(71);
+    std::uniform_real_distribution<double> place(0, 60);
+    std::size_t apart = 0;
+    for (int round = 0; round < 400; ++round) {
+        SCOPED_TRACE(round);
+        std::vector<Path> rings;
+        for (int ring = 0; ring < 3; ++ring) {
+            const ShapeFrame frame{{place(random), place(random)}, 12, round % 2 == 0 ? 1.0 : 0.0};
+            rings.push_back(randomStarRing(random, frame, 9, 1, round % 3 == 0));
+        }
+        const auto nodes = nodesOf(refs(rings));
+        const bool none = std::ranges::all_of(nodes, [](const std::vector<Node>& own) { return own.empty(); });
+        EXPECT_EQ(meetNowhere(refs(rings)), none);
+        apart += none ? 1 : 0;
+    }
+    EXPECT_GT(apart, 50u);
+    EXPECT_LT(apart, 350u);
 }
 
 TEST(Noding, PutsVerticesAtNodes) {

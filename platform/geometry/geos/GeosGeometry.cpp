@@ -37,25 +37,26 @@ GEOSCoordSequence* sequenceOf(std::span<const XY> xy) {
     return sequence;
 }
 
-// GEOS wants at least that many points in a curve; a shorter one stands still at its end.
-void padTo(std::vector<XY>& xy, std::size_t count) {
-    xy.resize(std::max(xy.size(), count), xy.back());
-}
-
 GeosGeometryPtr pointOf(XY p) {
     return checked(GEOSGeom_createPoint_r(handle(), sequenceOf({&p, 1})));
 }
 
+// GEOS wants at least that many points in a curve; a shorter one stands still at its end.
+GEOSCoordSequence* sequenceOf(const Path& path, std::size_t leastCount) {
+    if (path.vertexCount() >= leastCount) {
+        return sequenceOf(path.xy());
+    }
+    std::vector<XY> padded(path.xy().begin(), path.xy().end());
+    padded.resize(leastCount, padded.back());
+    return sequenceOf(padded);
+}
+
 GeosGeometryPtr lineOf(const Path& path) {
-    std::vector<XY> xy(path.xy().begin(), path.xy().end());
-    padTo(xy, 2);
-    return checked(GEOSGeom_createLineString_r(handle(), sequenceOf(xy)));
+    return checked(GEOSGeom_createLineString_r(handle(), sequenceOf(path, 2)));
 }
 
 GeosGeometryPtr ringOf(const Path& path) {
-    std::vector<XY> xy(path.xy().begin(), path.xy().end());
-    padTo(xy, 4);
-    return checked(GEOSGeom_createLinearRing_r(handle(), sequenceOf(xy)));
+    return checked(GEOSGeom_createLinearRing_r(handle(), sequenceOf(path, 4)));
 }
 
 std::vector<GEOSGeometry*> released(std::vector<GeosGeometryPtr>& owned) {

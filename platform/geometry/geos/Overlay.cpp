@@ -24,7 +24,7 @@ const char* taskOf(OverlayKind kind) {
     return "";
 }
 
-GEOSGeometry* floating(OverlayKind kind, const GEOSGeometry& a, const GEOSGeometry& b) {
+GEOSGeometry* overlaid(OverlayKind kind, const GEOSGeometry& a, const GEOSGeometry& b) {
     switch (kind) {
     case OverlayKind::intersection:
         return GEOSIntersection_r(handle(), &a, &b);
@@ -36,7 +36,7 @@ GEOSGeometry* floating(OverlayKind kind, const GEOSGeometry& a, const GEOSGeomet
     return nullptr;
 }
 
-GEOSGeometry* onGrid(OverlayKind kind, const GEOSGeometry& a, const GEOSGeometry& b, double resolution) {
+GEOSGeometry* overlaidOnGrid(OverlayKind kind, const GEOSGeometry& a, const GEOSGeometry& b, double resolution) {
     switch (kind) {
     case OverlayKind::intersection:
         return GEOSIntersectionPrec_r(handle(), &a, &b, resolution);
@@ -56,19 +56,36 @@ double areaOf(const GEOSGeometry& geometry) {
     return area;
 }
 
-// The bounds that the areas of the operands set to that of the result; rounding moves outlines by a part in 10^9 of
-// the area at most.
+// Rounding moves outlines by a part in 10^9 of the areas involved at most.
+bool isBetween(double least, double area, double most, double involved) {
+    const double slack = 1e-9 * involved;
+    return least - slack <= area && area <= most + slack;
+}
+
+// Whether the areas of the operands allow that of the result.
 bool hasPossibleArea(OverlayKind kind, double a, double b, double result) {
-    const double slack = 1e-9 * (a + b);
     switch (kind) {
     case OverlayKind::intersection:
-        return result <= std::min(a, b) + slack;
+        return isBetween(0, result, std::min(a, b), a + b);
     case OverlayKind::unite:
-        return std::max(a, b) - slack <= result && result <= a + b + slack;
+        return isBetween(std::max(a, b), result, a + b, a + b);
     case OverlayKind::difference:
-        return a - b - slack <= result && result <= a + slack;
+        return isBetween(a - b, result, a, a + b);
     }
     return false;
+}
+
+// The same for the union of many.
+bool hasPossibleUnion(const GEOSGeometry& collection, double result) {
+    double largest = 0;
+    double sum = 0;
+    const int count = GEOSGetNumGeometries_r(handle(), &collection);
+    for (int i = 0; i < count; ++i) {
+        const double area = areaOf(*GEOSGetGeometryN_r(handle(), &collection, i));
+        largest = std::max(largest, area);
+        sum += area;
+    }
+    return isBetween(largest, result, sum, sum);
 }
 
 // Rings that have no place in common, each simple; how they are nested is not looked at.
@@ -79,12 +96,39 @@ bool areApart(const std::vector<PolygonRings>& polygons) {
             rings.push_back(&ring);
         }
     }
-    return std::ranges::all_of(nodesOf(rings), [](const std::vector<Node>& nodes) { return nodes.empty(); });
+    return meetNowhere(rings);
 }
 
 // Where rings are apart an overlay can only have gone wrong in the nesting, which shows in the area.
 bool hasSoundRings(const GEOSGeometry& result) {
     return areApart(polygonsIn(result)) || isValid(result);
+}
+
+std::string faultOf(const GEOSGeometry& result) {
+    std::unique_ptr<char, void (*)(char*)> reason(GEOSisValidReason_r(handle(), &result),
+                                                  [](char* text) { GEOSFree_r(handle(), text); });
+    return isValid(result) || reason == nullptr ? "its area is impossible" : reason.get();
+}
+
+// What was found on floating coordinates, else what was found on the grid, where that is sound.
+template <typename Floating, typename OnGrid, typename HasPossibleArea>
+GeosGeometryPtr soundResult(const char* task, Floating floating, OnGrid onGrid, HasPossibleArea hasPossibleArea) {
+    const auto isSound = [&](const GeosGeometryPtr& result) {
+        return result != nullptr && hasPossibleArea(areaOf(*result)) && hasSoundRings(*result);
+    };
+    GeosGeometryPtr result(floating());
+    if (isSound(result)) {
+        return result;
+    }
+    result.reset(onGrid());
+    if (result == nullptr) {
+        GeosContext::ofThread().fail(task);
+    }
+    if (!isSound(result)) {
+        throw PlatformError(std::string("The geometry library gave a wrong result at ") + task + ": " +
+                            faultOf(*result) + ".");
+    }
+    return result;
 }
 
 } // namespace
@@ -94,33 +138,16 @@ bool isValid(const GEOSGeometry& geometry) {
 }
 
 GeosGeometryPtr overlay(OverlayKind kind, const GEOSGeometry& a, const GEOSGeometry& b, double resolution) {
-    GeosGeometryPtr result(floating(kind, a, b));
-    const auto isSound = [&] {
-        return result != nullptr && hasPossibleArea(kind, areaOf(a), areaOf(b), areaOf(*result)) &&
-               hasSoundRings(*result);
-    };
-    if (isSound()) {
-        return result;
-    }
-    result.reset(onGrid(kind, a, b, resolution));
-    if (result == nullptr) {
-        GeosContext::ofThread().fail(taskOf(kind));
-    }
-    if (!isSound()) {
-        throw PlatformError(std::string("The geometry library gave an impossible area at ") + taskOf(kind) + ".");
-    }
-    return result;
+    return soundResult(
+        taskOf(kind), [&] { return overlaid(kind, a, b); }, [&] { return overlaidOnGrid(kind, a, b, resolution); },
+        [&](double result) { return hasPossibleArea(kind, areaOf(a), areaOf(b), result); });
 }
 
 GeosGeometryPtr unionOfAll(const GEOSGeometry& collection, double resolution) {
-    GeosGeometryPtr result(GEOSUnaryUnion_r(handle(), &collection));
-    if (result == nullptr || !hasSoundRings(*result)) {
-        result.reset(GEOSUnaryUnionPrec_r(handle(), &collection, resolution));
-    }
-    if (result == nullptr) {
-        GeosContext::ofThread().fail("uniting many geometries");
-    }
-    return result;
+    return soundResult(
+        "uniting many geometries", [&] { return GEOSUnaryUnion_r(handle(), &collection); },
+        [&] { return GEOSUnaryUnionPrec_r(handle(), &collection, resolution); },
+        [&](double result) { return hasPossibleUnion(collection, result); });
 }
 
 } // namespace qz

@@ -1,5 +1,10 @@
 #include "platform/geometry/Relations.h"
 
+#include <algorithm>
+#include <iterator>
+#include <span>
+
+#include "platform/geometry/Noding.h"
 #include "platform/geometry/SegmentIndex.h"
 #include "platform/geometry/Strokes.h"
 #include "platform/geometry/geos/GeosGeometry.h"
@@ -28,6 +33,10 @@ GeosGeometryPtr checked(GEOSGeometry* made) {
     return GeosGeometryPtr(made);
 }
 
+GeosGeometryPtr snapped(const GEOSGeometry* geometry, const Multipoint& places, double tolerance) {
+    return checked(GEOSSnap_r(handle(), geometry, toGeos(places).get(), tolerance));
+}
+
 GeosPreparedPtr prepare(const GEOSGeometry& geometry) {
     const GEOSPreparedGeometry* prepared = GEOSPrepare_r(handle(), &geometry);
     if (prepared == nullptr) {
@@ -36,14 +45,38 @@ GeosPreparedPtr prepare(const GEOSGeometry& geometry) {
     return GeosPreparedPtr(prepared);
 }
 
-Multipoint verticesIn(const Geometry& geometry, const Envelope& window) {
-    Multipoint points;
+// The places that are within the tolerance of the outline. Others would change nothing, and GEOS compares each of them
+// with all of a geometry.
+Multipoint placesNear(const SegmentIndex& outline, double tolerance, std::span<const XY> places) {
+    Multipoint near;
+    for (const XY place : places) {
+        if (outline.isWithin(tolerance, Segment{place, place})) {
+            near.vertices.push_back({place.x, place.y});
+        }
+    }
+    return near;
+}
+
+std::vector<XY> verticesIn(const Geometry& geometry, const Envelope& window) {
+    std::vector<XY> places;
     forEachVertex(geometry, [&](const Vertex& vertex) {
         if (window.contains(vertex.xy())) {
-            points.vertices.push_back(vertex);
+            places.push_back(vertex.xy());
         }
     });
-    return points;
+    return places;
+}
+
+std::vector<XY> verticesOf(const GEOSGeometry& geometry) {
+    std::vector<XY> places = pointsIn(geometry);
+    const auto addAll = [&places](const std::vector<Path>& paths) {
+        for (const Path& path : paths) {
+            places.insert(places.end(), path.xy().begin(), path.xy().end());
+        }
+    };
+    addAll(linesIn(geometry));
+    std::ranges::for_each(polygonsIn(geometry), addAll);
+    return places;
 }
 
 bool relates(SpatialRelation relation, const GEOSGeometry* tested, const GEOSGeometry* search) {
@@ -66,6 +99,30 @@ bool relates(SpatialRelation relation, const GEOSGeometry* tested, const GEOSGeo
     return false;
 }
 
+// Whether lines and outlines meet in crossings only, none of them within the tolerance of a vertex.
+bool onlyCross(const Geometry& a, const Geometry& b, double tolerance) {
+    std::vector<const Path*> paths = pathsOf(a);
+    const std::size_t own = paths.size();
+    std::ranges::copy(pathsOf(b), std::back_inserter(paths));
+    if (own == 0 || own == paths.size()) {
+        return false;
+    }
+    const auto nodes = nodesOf(paths, {.endDistance = tolerance});
+    return std::ranges::all_of(std::span(nodes).first(own), [own](const std::vector<Node>& ofPath) {
+        return std::ranges::all_of(
+            ofPath, [own](const Node& node) { return node.otherPath < own || node.kind == NodeKind::crossing; });
+    });
+}
+
+bool hasArcs(const Geometry& geometry) {
+    const auto curved = [](const std::vector<Path>& paths) { return std::ranges::any_of(paths, &Path::hasArcs); };
+    if (const Polyline* polyline = geometry.getIf<Polyline>()) {
+        return curved(polyline->paths);
+    }
+    const Polygon* polygon = geometry.getIf<Polygon>();
+    return polygon != nullptr && curved(polygon->rings);
+}
+
 bool asksForCommonPointOnly(SpatialRelation relation) {
     return relation == SpatialRelation::intersects || relation == SpatialRelation::notSet;
 }
@@ -76,8 +133,9 @@ struct PreparedRelation::Impl {
     Impl(const Geometry& searchGeometry, SpatialRelation asked);
 
     [[nodiscard]] bool holdsFor(const Geometry& tested) const;
+    [[nodiscard]] bool holdsForStraight(const Geometry& tested) const;
     [[nodiscard]] bool relatesClear(const GEOSGeometry* tested) const;
-    [[nodiscard]] bool relatesSnapped(const GEOSGeometry* tested, const Envelope& window) const;
+    [[nodiscard]] bool relatesSnapped(const Geometry& tested, const GEOSGeometry* testedGeos) const;
 
     SpatialRelation relation;
     double tolerance;
@@ -110,28 +168,38 @@ bool PreparedRelation::Impl::relatesClear(const GEOSGeometry* tested) const {
 
 // Each of the two takes over the places of the other that are within the tolerance, so that a vertex on a slanted
 // segment, which is hardly ever exact, lies on it.
-bool PreparedRelation::Impl::relatesSnapped(const GEOSGeometry* tested, const Envelope& window) const {
-    const GeosGeometryPtr places = toGeos(verticesIn(search, window));
-    const GeosGeometryPtr snappedTested = checked(GEOSSnap_r(handle(), tested, places.get(), tolerance));
-    const GeosGeometryPtr snappedSearch = checked(GEOSSnap_r(handle(), geos.get(), snappedTested.get(), tolerance));
-    return relates(relation, snappedTested.get(), snappedSearch.get());
+bool PreparedRelation::Impl::relatesSnapped(const Geometry& tested, const GEOSGeometry* testedGeos) const {
+    if (onlyCross(tested, search, tolerance)) {
+        return relates(relation, testedGeos, geos.get());
+    }
+    const Envelope window = tested.envelope().expandedBy(tolerance, tolerance);
+    const Multipoint ofSearch = placesNear(SegmentIndex(tested), tolerance, verticesIn(search, window));
+    const GeosGeometryPtr snappedTested = snapped(testedGeos, ofSearch, tolerance);
+    const Multipoint ofTested = placesNear(outline, tolerance, verticesOf(*snappedTested));
+    return relates(relation, snappedTested.get(), snapped(geos.get(), ofTested, tolerance).get());
 }
 
 bool PreparedRelation::Impl::holdsFor(const Geometry& tested) const {
-    const Envelope window = tested.envelope().expandedBy(tolerance, tolerance);
-    if (!window.intersects(envelope)) {
+    if (!tested.envelope().expandedBy(tolerance, tolerance).intersects(envelope)) {
         return false;
     }
-    const Geometry straight = straightened(tested, tolerance / strokesPerTolerance);
-    const GeosGeometryPtr testedGeos = toGeos(straight);
-    const bool meets = answer(GEOSPreparedIntersects_r(handle(), prepared.get(), testedGeos.get()));
-    if (meets && asksForCommonPointOnly(relation)) {
+    if (hasArcs(tested)) {
+        return holdsForStraight(straightened(tested, tolerance / strokesPerTolerance));
+    }
+    return holdsForStraight(tested);
+}
+
+bool PreparedRelation::Impl::holdsForStraight(const Geometry& tested) const {
+    const bool isNear = outline.isWithin(tolerance, tested);
+    if (isNear && asksForCommonPointOnly(relation)) {
         return true;
     }
-    if (outline.isWithin(tolerance, straight)) {
-        return asksForCommonPointOnly(relation) || relatesSnapped(testedGeos.get(), window);
+    const GeosGeometryPtr testedGeos = toGeos(tested);
+    if (isNear) {
+        return relatesSnapped(tested, testedGeos.get());
     }
-    return meets && relatesClear(testedGeos.get());
+    const bool meets = answer(GEOSPreparedIntersects_r(handle(), prepared.get(), testedGeos.get()));
+    return meets && (asksForCommonPointOnly(relation) || relatesClear(testedGeos.get()));
 }
 
 PreparedRelation::PreparedRelation(const Geometry& search, SpatialRelation relation)

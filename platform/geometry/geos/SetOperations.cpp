@@ -31,22 +31,29 @@ int dimensionOf(const Geometry& geometry) {
     return 0;
 }
 
-void requireFinite(const Geometry& geometry, const char* operation) {
-    if (geometry.isEmpty()) {
-        return;
+void requireFinite(XY place, const char* operation) {
+    if (!isFinite(place)) {
+        throw PlatformError(
+            fmt::format("The {} can't be found: the coordinate ({}, {}) is not finite.", operation, place.x, place.y));
     }
-    forEachVertex(geometry, [operation](const Vertex& vertex) {
-        if (!isFinite(vertex.xy())) {
-            throw PlatformError(fmt::format("The {} can't be found: the coordinate ({}, {}) is not finite.", operation,
-                                            vertex.x, vertex.y));
-        }
-    });
+}
+
+void requireFinite(const Geometry& geometry, const char* operation) {
+    const std::vector<const Path*> paths = pathsOf(geometry);
+    for (const Path* path : paths) {
+        std::ranges::for_each(path->xy(), [operation](XY place) { requireFinite(place, operation); });
+        std::ranges::for_each(path->arcs(),
+                              [operation](const ArcSegment& arc) { requireFinite(arc.middle.xy(), operation); });
+    }
+    if (paths.empty() && !geometry.isEmpty()) {
+        forEachVertex(geometry, [operation](const Vertex& vertex) { requireFinite(vertex.xy(), operation); });
+    }
 }
 
 // Operands with proper rings, and what it takes to carry arcs, z and m through the overlay.
 class Operands {
 public:
-    Operands(std::span<const Geometry* const> given, const char* operation) : all_(simple(given, operation)) {
+    explicit Operands(std::span<const Geometry* const> given) : all_(simple(given)) {
         for (const Geometry* operand : all_) {
             traits_.zAware = traits_.zAware || operand->traits().zAware;
             traits_.mAware = traits_.mAware || operand->traits().mAware;
@@ -58,16 +65,23 @@ public:
     [[nodiscard]] CurveSources& sources() noexcept { return sources_; }
     [[nodiscard]] const GeometryTraits& traits() const noexcept { return traits_; }
     [[nodiscard]] double resolution() const { return traits_.spatialReference.grid().xyResolution; }
-    [[nodiscard]] GeosGeometryPtr geos(std::size_t index) const { return toGeos(sources_.stroked(index)); }
+    // Strokes of arcs that nearly touch may cross, though the arcs don't.
+    [[nodiscard]] GeosGeometryPtr geos(std::size_t index) const {
+        const Geometry& stroked = sources_.stroked(index);
+        const Polygon* polygon = sources_.hasArcs() ? stroked.getIf<Polygon>() : nullptr;
+        if (polygon != nullptr && !isSimple(*polygon)) {
+            return toGeos(simplified(*polygon));
+        }
+        return toGeos(stroked);
+    }
     [[nodiscard]] GeosGeometryPtr overlaid(OverlayKind kind) const {
         return overlay(kind, *geos(0), *geos(1), resolution());
     }
 
 private:
-    std::vector<const Geometry*> simple(std::span<const Geometry* const> given, const char* operation) {
+    std::vector<const Geometry*> simple(std::span<const Geometry* const> given) {
         std::vector<const Geometry*> operands;
         for (const Geometry* operand : given) {
-            requireFinite(*operand, operation);
             const Polygon* polygon = operand->getIf<Polygon>();
             const bool isBad = polygon != nullptr && !isSimple(*polygon);
             operands.push_back(isBad ? &copies_.emplace_back(simplified(*polygon)) : operand);
@@ -218,7 +232,7 @@ Geometry intersectionPoints(const Geometry& a, const Geometry& b) {
         return meetingPoints(a, b);
     }
     const Geometry* const given[] = {&a, &b};
-    Operands operands(given, "intersection");
+    Operands operands(given);
     return pointsOf(*operands.overlaid(OverlayKind::intersection), operands);
 }
 
@@ -253,11 +267,14 @@ GeosGeometryPtr united(const Operands& operands, std::size_t count) {
 }
 
 Geometry unionOf(std::span<const Geometry* const> given) {
+    for (const Geometry* operand : given) {
+        requireFinite(*operand, "union");
+    }
     requireOneDimension(given);
     if (dimensionOf(*given.front()) == 0) {
         return unionOfPoints(given);
     }
-    Operands operands(given, "union");
+    Operands operands(given);
     return shapeOf(*united(operands, given.size()), dimensionOf(*given.front()), operands);
 }
 
@@ -271,7 +288,7 @@ Geometry intersection(const Geometry& a, const Geometry& b, ResultDimension dime
         return intersectionPoints(a, b);
     }
     const Geometry* const given[] = {&a, &b};
-    Operands operands(given, "intersection");
+    Operands operands(given);
     return shapeOf(*operands.overlaid(OverlayKind::intersection), static_cast<int>(dimension), operands);
 }
 
@@ -299,7 +316,7 @@ Geometry difference(const Geometry& a, const Geometry& b) {
         return simplified(a);
     }
     const Geometry* const given[] = {&a, &b};
-    Operands operands(given, "difference");
+    Operands operands(given);
     return shapeOf(*operands.overlaid(OverlayKind::difference), dimensionOf(a), operands);
 }
 

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <iterator>
+#include <array>
 
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/Orientation.h"
@@ -29,12 +29,6 @@ bool isProperRing(const Path& ring, double resolution) {
     return hasEnough && ring.isClosed() && repeatsNoVertex(ring) && !isSliver(ring, resolution);
 }
 
-bool meetNowhere(const std::vector<Path>& rings) {
-    std::vector<const Path*> paths;
-    std::ranges::transform(rings, std::back_inserter(paths), [](const Path& ring) { return &ring; });
-    return std::ranges::all_of(nodesOf(paths), [](const std::vector<Node>& nodes) { return nodes.empty(); });
-}
-
 } // namespace
 
 bool isSimple(const Polygon& polygon) {
@@ -47,7 +41,7 @@ bool isSimple(const Polygon& polygon) {
         return true;
     }
     // Quicker than the general test below.
-    if (polygon.rings.size() == 1 && meetNowhere(polygon.rings)) {
+    if (polygon.rings.size() == 1 && meetNowhere(std::array<const Path*, 1>{&polygon.rings.front()})) {
         return isExterior(polygon.rings.front());
     }
     const double sagitta = grid.xyTolerance / strokesPerTolerance;
