@@ -24,4 +24,9 @@ void WalkProgress::hide() {
     progressor_.hide();
 }
 
+std::string collectingText(const FeatureClass& featureClass) {
+    const auto& shape = featureClass.schema().shape;
+    return shape && shape->kind == GeometryKind::polygon ? "Collecting polygons: " : "Collecting polylines: ";
+}
+
 } // namespace qz

@@ -25,6 +25,9 @@ private:
     std::string text_;
 };
 
+// "Collecting polygons: " for a class of polygons, else "Collecting polylines: ".
+[[nodiscard]] std::string collectingText(const FeatureClass& featureClass);
+
 // The frame of a method that walks a cursor: calls `process(feature, shape)` for every feature that has a shape which
 // is neither null nor empty, and moves the progress for every feature. The progress is hidden after the last one; it
 // stays when `process` throws.

@@ -4,7 +4,13 @@
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
+#include "polyline/QZExplode.h"
+#include "polyline/QZExtendPolyline.h"
 #include "polyline/QZFlip.h"
+#include "polyline/QZIntersectSelected.h"
+#include "polyline/QZReshapePolyline.h"
+#include "polyline/QZSplitInPoint.h"
+#include "polyline/QZVertexEditing.h"
 
 namespace qz {
 
@@ -15,6 +21,61 @@ bool MKQZGenFunRun::QZ_Flip(FeatureCursor& pFeatureCursor, std::int32_t fCount, 
         flipPolylines(pApp, pFeatureCursor, fCount, pRefresh);
         return true;
     });
+}
+
+bool MKQZGenFunRun::QZ_Explode(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                               RefreshArea& pRefresh, const SpatialReference&, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_Explode(pApp, pFLayer, pFeatureCursor, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_ExtendPolyline2(FeatureCursor& pFeatureCursor, FeatureLayer& pFLayer,
+                                       const SpatialReference& pInSref, const Point& pStartPoint,
+                                       const Point& pEndPoint, const Envelope*, double dFuzzy, RefreshArea& pRefresh,
+                                       bool bSplit, bool bOver, Application& pApp) noexcept {
+    setApplication(pApp);
+    const ExtensionClicks clicks{pStartPoint.vertex.xy(), pEndPoint.vertex.xy(), pInSref};
+    return qz::QZ_ExtendPolyline2(pFLayer, pFeatureCursor, clicks, dFuzzy, pRefresh, bSplit, bOver);
+}
+
+bool MKQZGenFunRun::QZ_SelectAndIntersectRun(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                                             RefreshArea& pRefresh, double, bool bOver, Application& pApp) noexcept {
+    setApplication(pApp);
+    return IntersectSelected2(pApp, pFLayer, pFeatureCursor, fCount, pRefresh, bOver);
+}
+
+bool MKQZGenFunRun::QZ_SplitInPoint2(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Point& pPoint,
+                                     RefreshArea& pRefresh, const std::string& sOption, double,
+                                     const SpatialReference& pSRef, const SpatialReference&, const Envelope*,
+                                     Application& pApp, bool bOver, double dSplitLength) noexcept {
+    setApplication(pApp);
+    return qz::QZ_SplitInPoint2(pFLayer, pFeatureCursor, {sOption, pPoint.vertex.xy(), dSplitLength, pSRef}, pRefresh,
+                                bOver);
+}
+
+bool MKQZGenFunRun::QZ_ReshapePolyline(FeatureClass&, FeatureCursor& pFeatureCursor, Feature* pFeature,
+                                       const Polyline& pReshPolyline, RefreshArea& pRefresh,
+                                       Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ReshapePolyline(pFeatureCursor, pFeature, pReshPolyline, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_GetReshFeature(FeatureCursor& pFeatureCursor, const Polyline& pReshPolyline, double dSearchTol,
+                                      bool& bSingle, std::int32_t& pReshapeID, std::int16_t iPrec) noexcept {
+    return qz::QZ_GetReshFeature(pFeatureCursor, pReshPolyline, dSearchTol, bSingle, pReshapeID, iPrec);
+}
+
+bool MKQZGenFunRun::QZ_DeleteMultiVertices(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Envelope* pEnv,
+                                           std::int32_t fCount, RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_DeleteMultiVertices(pApp, pFLayer, pFeatureCursor, pEnv, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_InsertVertexRun(FeatureCursor& pFeatureCursor, FeatureLayer&, Feature* pFeature,
+                                       const Point& pPoint, double, RefreshArea& pRefresh, Point& pInsertPoint,
+                                       bool bSame, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_InsertVertexRun(pFeatureCursor, pFeature, pPoint, pRefresh, pInsertPoint, bSame);
 }
 
 bool MKQZGenFunRun::QZ_QuickDelete(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,

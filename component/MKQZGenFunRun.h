@@ -21,6 +21,67 @@ public:
     // False, without a message, at the first shape that is no polyline; what was flipped before stays stored.
     bool QZ_Flip(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh, Application& pApp) noexcept;
 
+    // Replaces every line of several parts, and every polygon of several exterior rings with their holes, by a feature
+    // for each; the sources are deleted. `fCount` sizes the progress; `pInSref` has no effect on what is stored.
+    // False after a failure, which is reported.
+    bool QZ_Explode(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,
+                    const SpatialReference& pInSref, Application& pApp) noexcept;
+
+    // Lengthens the first line of the cursor, at its end nearer to `pStartPoint`, along its tangent to the nearest
+    // other line of the layer within the distance of the two points, which are in `pInSref`. With `bSplit` the line met
+    // is cut there when within `dFuzzy` of the new end lie just the two; its pieces get values as in QZ_SplitInPoint2.
+    // False, with a notice, for a line of several parts and when nothing is met; false after a failure, which is
+    // reported.
+    bool QZ_ExtendPolyline2(FeatureCursor& pFeatureCursor, FeatureLayer& pFLayer, const SpatialReference& pInSref,
+                            const Point& pStartPoint, const Point& pEndPoint, const Envelope* pEnv, double dFuzzy,
+                            RefreshArea& pRefresh, bool bSplit, bool bOver, Application& pApp) noexcept;
+
+    // Cuts every line of the cursor where it crosses itself and where it meets the others. The pieces are new features
+    // with values by the layer's attribute rules; with `bOver` the range of each piece starts where that of the piece
+    // before ends, else a step after. The lines cut are deleted. `fCount` sizes the progress, `dFuzzy` has no effect:
+    // places within the tolerance of the layer's reference are one.
+    // False when fewer than two lines are left or none meet, and after a failure, which is reported.
+    bool QZ_SelectAndIntersectRun(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                                  RefreshArea& pRefresh, double dFuzzy, bool bOver, Application& pApp) noexcept;
+
+    // Cuts the first line of the cursor: at its place ("Point") or vertex ("Vertex") nearest to `pPoint`, halfway
+    // ("Middle"), at every vertex inside ("AllVertices"), or `dSplitLength` from its start ("Distance", in the units of
+    // `pSRef`). `pPoint` is in `pSRef`. Any other word cuts nothing. The line is deleted once its pieces are stored;
+    // cut at an end it becomes a copy of itself. `dFuzzy`, `pMapSRef` and `pEnv1` have no effect. False, with a notice,
+    // for a line of several parts and a distance beyond its length; false after a failure, which is reported.
+    bool QZ_SplitInPoint2(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Point& pPoint,
+                          RefreshArea& pRefresh, const std::string& sOption, double dFuzzy,
+                          const SpatialReference& pSRef, const SpatialReference& pMapSRef, const Envelope* pEnv1,
+                          Application& pApp, bool bOver, double dSplitLength) noexcept;
+
+    // Gives the line `pFeature` the course of the sketch between their first and last contact and writes it through the
+    // update cursor; the ends of the line stay. Nothing happens without a feature or with fewer than two contacts.
+    // False, with a notice, for a sketch that isn't one part once simplified; false after a failure, which is reported.
+    bool QZ_ReshapePolyline(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, Feature* pFeature,
+                            const Polyline& pReshPolyline, RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Finds the lines of the cursor that the sketch meets in two places or more, ends within `dSearchTol` of it
+    // included. Places equal to `iPrec` decimals count once. `bSingle` tells whether it is just one line, `pReshapeID`
+    // becomes the object id of the last.
+    // False after a failure, which is reported.
+    bool QZ_GetReshFeature(FeatureCursor& pFeatureCursor, const Polyline& pReshPolyline, double dSearchTol,
+                           bool& bSingle, std::int32_t& pReshapeID, std::int16_t iPrec) noexcept;
+
+    // Removes the vertices inside the envelope, which is in the reference of the layer, from every feature of the
+    // cursor; straight segments close the gaps. Without an envelope nothing happens. A feature of which nothing is left
+    // is deleted. `fCount` sizes the progress.
+    // False after a failure, which is reported.
+    bool QZ_DeleteMultiVertices(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Envelope* pEnv,
+                                std::int32_t fCount, RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Inserts a vertex into the line or boundary of `pFeature` and writes it through the update cursor: exactly at the
+    // point with `bSame`, else where the line is nearest to it. `pInsertPoint` becomes the new vertex. Nothing happens
+    // where a vertex is already. `dSearchTol` has no effect.
+    // False after a failure, which is reported.
+    bool QZ_InsertVertexRun(FeatureCursor& pFeatureCursor, FeatureLayer& pFLayer, Feature* pFeature,
+                            const Point& pPoint, double dSearchTol, RefreshArea& pRefresh, Point& pInsertPoint,
+                            bool bSame, Application& pApp) noexcept;
+
     // Deletes every feature that the cursor delivers, null shapes included; shapes are added to the refresh area
     // before. `fCount` sizes the progress ("Deleting features: "), nothing else; `sSource` has no effect. False after a
     // failure, which is reported; what was deleted before it stays deleted.

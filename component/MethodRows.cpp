@@ -14,8 +14,8 @@ const std::vector<MethodInfo>& methodTable() {
         planned<bool(FeatureClass&, double, std::int16_t, Application&)>("QZ_TopoCleanPg",
                                                                          {"pFeatureClass", "dFuzzy", "iPrec", "pApp"}),
         planned<bool(FeatureClass&, double, Application&)>("QZ_TopoCleanPl", {"pFeatureClass", "dFuzzy", "pApp"}),
-        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, const SpatialReference&, Application&)>(
-            "QZ_Explode", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "pApp"}),
+        available(&MKQZGenFunRun::QZ_Explode, "QZ_Explode",
+                  {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "pApp"}),
         planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, const std::string&,
                                           const std::string&, bool, std::int32_t, bool&)>(
             "QZ_AnalyseNodes",
@@ -30,12 +30,11 @@ const std::vector<MethodInfo>& methodTable() {
                                byValue("Display"), "pAMSymbol", "pSymbol", "lMax", "dAlong", "pApp"}),
         planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&, std::int32_t)>(
             "QZ_GetVertices", {"pActiveView", "pFLayer", "sRef", output("bChecked"), "lMaxFeatures"}),
-        planned<bool(FeatureCursor&, FeatureLayer&, const SpatialReference&, const Point&, const Point&,
-                     const Envelope*, double, RefreshArea&, bool, bool, Application&)>(
-            "QZ_ExtendPolyline2", {"pFeatureCursor", "pFLayer", "pInSref", "pStartPoint", "pEndPoint", "pEnv", "dFuzzy",
-                                   "pRefresh", "bSplit", "bOver", "pApp"}),
-        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, double, bool, Application&)>(
-            "QZ_SelectAndIntersectRun", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "bOver", "pApp"}),
+        available(&MKQZGenFunRun::QZ_ExtendPolyline2, "QZ_ExtendPolyline2",
+                  {"pFeatureCursor", "pFLayer", "pInSref", "pStartPoint", "pEndPoint", "pEnv", "dFuzzy", "pRefresh",
+                   "bSplit", "bOver", "pApp"}),
+        available(&MKQZGenFunRun::QZ_SelectAndIntersectRun, "QZ_SelectAndIntersectRun",
+                  {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "bOver", "pApp"}),
         planned<bool(FeatureClass&, const SpatialReference&, const Geometry&, double, Application&)>(
             "QZ_DeleteSelectedDangles", {"pFeatureClass", "inSref", "pGeom", "dDangTol", "pApp"}),
         planned<bool(FeatureClass&, FeatureCursor&, const SpatialReference&, const Envelope*, std::int32_t,
@@ -60,16 +59,13 @@ const std::vector<MethodInfo>& methodTable() {
                      const SpatialReference&, const SpatialReference&, Application&)>(
             "QZ_OffsetPolylineMulti", {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"),
                                        "lNumber", "pRefresh", "pInSref", "pMapSRef", "pApp"}),
-        planned<bool(FeatureLayer&, FeatureCursor&, const Point&, RefreshArea&, const std::string&, double,
-                     const SpatialReference&, const SpatialReference&, const Envelope*, Application&, bool, double)>(
-            "QZ_SplitInPoint2", {"pFLayer", "pFeatureCursor", "pPoint", "pRefresh", "sOption", "dFuzzy", "pSRef",
-                                 "pMapSRef", "pEnv1", "pApp", "bOver", defaulted("dSplitLength", 0.0)}),
-        planned<bool(FeatureClass&, FeatureCursor&, Feature*, const Polyline&, RefreshArea&, Application&)>(
-            "QZ_ReshapePolyline",
-            {"pFeatureClass", updateCursor("pFeatureCursor"), "pFeature", "pReshPolyline", "pRefresh", "pApp"}),
-        planned<bool(FeatureCursor&, const Polyline&, double, bool&, std::int32_t&, std::int16_t)>(
-            "QZ_GetReshFeature",
-            {"pFeatureCursor", "pReshPolyline", "dSearchTol", output("bSingle"), output("pReshapeID"), "iPrec"}),
+        available(&MKQZGenFunRun::QZ_SplitInPoint2, "QZ_SplitInPoint2",
+                  {"pFLayer", "pFeatureCursor", "pPoint", "pRefresh", "sOption", "dFuzzy", "pSRef", "pMapSRef", "pEnv1",
+                   "pApp", "bOver", defaulted("dSplitLength", 0.0)}),
+        available(&MKQZGenFunRun::QZ_ReshapePolyline, "QZ_ReshapePolyline",
+                  {"pFeatureClass", updateCursor("pFeatureCursor"), "pFeature", "pReshPolyline", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_GetReshFeature, "QZ_GetReshFeature",
+                  {"pFeatureCursor", "pReshPolyline", "dSearchTol", output("bSingle"), output("pReshapeID"), "iPrec"}),
         planned<bool(FeatureCursor&, double, const SpatialReference&, const SpatialReference&, std::int32_t,
                      RefreshArea&, Application&)>(
             "QZ_Generalize", {"pFeatureCursor", "iPar0", "pInSref", "pMapSRef", "fCount", "pRefresh", "pApp"}),
@@ -117,14 +113,13 @@ const std::vector<MethodInfo>& methodTable() {
                      const std::int32_t*)>("QZ_CopySelectedFromLayer",
                                            {"pFLayer", "sSourceLayerName", "pRefresh", "pEnv", "sPlPlA", "sPlPgA",
                                             "sPgPlA", "sPgPgA", "dBuf", "pApp", "bOver", optional("lCount")}),
-        planned<bool(FeatureLayer&, FeatureCursor&, const Envelope*, std::int32_t, RefreshArea&, Application&)>(
-            "QZ_DeleteMultiVertices", {"pFLayer", "pFeatureCursor", "pEnv", "fCount", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_DeleteMultiVertices, "QZ_DeleteMultiVertices",
+                  {"pFLayer", "pFeatureCursor", "pEnv", "fCount", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_QuickDelete, "QZ_QuickDelete",
                   {"pFeatureCursor", "fCount", "pRefresh", noEffect("sSource"), "pApp"}),
-        planned<bool(FeatureCursor&, FeatureLayer&, Feature*, const Point&, double, RefreshArea&, Point&, bool,
-                     Application&)>("QZ_InsertVertexRun",
-                                    {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", "dSearchTol",
-                                     "pRefresh", output("pInsertPoint"), "bSame", "pApp"}),
+        available(&MKQZGenFunRun::QZ_InsertVertexRun, "QZ_InsertVertexRun",
+                  {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", "dSearchTol", "pRefresh",
+                   output("pInsertPoint"), "bSame", "pApp"}),
         planned<bool(FeatureLayer&, FeatureLayer&, double, std::int16_t, RefreshArea&, Application&)>(
             "QZ_BuildPolygonRun", {"pFLayer", "pSourceLayer", "dFuzzy", "iPriority", "pRefresh", "pApp"}),
         planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
