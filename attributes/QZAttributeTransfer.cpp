@@ -88,8 +88,9 @@ void writeStretch(FeatureBuffer& buffer, const Feature& source, const RangeField
     total = Numbers::inRange(beyond ? to : next);
 }
 
-void writeRange(FeatureBuffer& buffer, const Feature& source, const AttributeRule& rule, const RangeFields& fields,
-                const PieceOfLine& piece, bool bOver, double& total) {
+void writeRange(FeatureBuffer& buffer, const Feature& source, const SplitRules::Rule& rule, const PieceOfLine& piece,
+                bool bOver, double& total) {
+    const RangeFields fields{rule.field, rule.pair};
     const Value& from = source.value(fields.start);
     if (isEmptyText(from)) {
         buffer.setValue(fields.start, from);
@@ -101,7 +102,7 @@ void writeRange(FeatureBuffer& buffer, const Feature& source, const AttributeRul
         buffer.setValue(fields.end, to);
         return;
     }
-    if (rule.split == "Range Address") {
+    if (rule.kind == SplitRules::Kind::addressRange) {
         writeStretch<AddressNumbers>(buffer, source, fields, piece, bOver ? 0 : 2, total);
         return;
     }
@@ -114,13 +115,32 @@ Value emptyValueOf(const Field& field) {
     return field.type == FieldType::string ? Value(std::string()) : freshValue(field);
 }
 
-RangeFields rangeFieldsOf(const Schema& schema, std::size_t field, const AttributeRule& rule) {
-    const auto pair = schema.findField(rule.pair);
+SplitRules::Kind kindOf(const std::string& rule) {
+    static constexpr std::pair<const char*, SplitRules::Kind> words[] = {
+        {"Copy", SplitRules::Kind::copy},
+        {"Empty", SplitRules::Kind::empty},
+        {"Proportion", SplitRules::Kind::proportion},
+        {"Range Address", SplitRules::Kind::addressRange},
+    };
+    for (const auto& [word, kind] : words) {
+        if (rule == word) {
+            return kind;
+        }
+    }
+    return SplitRules::Kind::continuousRange;
+}
+
+bool isRange(SplitRules::Kind kind) {
+    return kind == SplitRules::Kind::addressRange || kind == SplitRules::Kind::continuousRange;
+}
+
+std::size_t pairOf(const Schema& schema, std::size_t field, const std::string& name) {
+    const auto pair = schema.findField(name);
     if (!pair) {
         throw PlatformError(
-            fmt::format("{} has no field {}, the pair of {}.", schema.name, rule.pair, schema.fields[field].name));
+            fmt::format("{} has no field {}, the pair of {}.", schema.name, name, schema.fields[field].name));
     }
-    return {field, *pair};
+    return *pair;
 }
 
 // Nothing when the kept value stays.
@@ -143,30 +163,34 @@ std::optional<Value> mergedValue(const Field& field, const std::string& rule, co
 
 } // namespace
 
-RangeTotals::RangeTotals(const Dictionary& rules) {
-    for (const Value& field : rules.keys()) {
-        totals_.emplace(toText(field), 0);
+SplitRules::SplitRules(const Dictionary& rules, const Schema& schema) {
+    for (const Value& key : rules.keys()) {
+        if (const auto field = editableField(schema, toText(key))) {
+            const AttributeRule rule = ruleOf(rules, key);
+            const Kind kind = kindOf(rule.split);
+            rules_.push_back({*field, kind, isRange(kind) ? pairOf(schema, *field, rule.pair) : 0});
+        }
     }
 }
 
-void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const Dictionary& rules, const PieceOfLine& piece,
+void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const SplitRules& rules, const PieceOfLine& piece,
                       bool bOver, RangeTotals& totals) {
-    const Schema& schema = buffer.schema();
-    for (const Value& key : rules.keys()) {
-        const std::string name = toText(key);
-        const auto field = editableField(schema, name);
-        if (!field) {
-            continue;
-        }
-        const AttributeRule rule = ruleOf(rules, key);
-        if (rule.split == "Empty") {
-            buffer.setValue(*field, emptyValueOf(schema.fields[*field]));
-        } else if (rule.split == "Copy") {
-            buffer.setValue(*field, source.value(*field));
-        } else if (rule.split == "Proportion") {
-            buffer.setValue(*field, times(source.value(*field), piece.share));
-        } else {
-            writeRange(buffer, source, rule, rangeFieldsOf(schema, *field, rule), piece, bOver, totals.of(name));
+    for (std::size_t i = 0; i < rules.all().size(); ++i) {
+        const SplitRules::Rule& rule = rules.all()[i];
+        switch (rule.kind) {
+        case SplitRules::Kind::copy:
+            buffer.setValue(rule.field, source.value(rule.field));
+            break;
+        case SplitRules::Kind::empty:
+            buffer.setValue(rule.field, emptyValueOf(buffer.schema().fields[rule.field]));
+            break;
+        case SplitRules::Kind::proportion:
+            buffer.setValue(rule.field, times(source.value(rule.field), piece.share));
+            break;
+        case SplitRules::Kind::addressRange:
+        case SplitRules::Kind::continuousRange:
+            writeRange(buffer, source, rule, piece, bOver, totals[i]);
+            break;
         }
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <map>
-#include <string>
+#include <cstddef>
+#include <vector>
 
 #include "common/Dictionary.h"
 #include "platform/data/FeatureClass.h"
@@ -10,18 +10,28 @@ namespace qz {
 
 // The values that the pieces of a split line get, and those of merged features, by the rules of QZAttributeRules.h.
 
-// Where the ranges of the next piece of a line start, by field. Made anew for each line; the pieces are then written in
-// their order along it.
-class RangeTotals {
+// The split rules of a dictionary, made ready for many pieces of a class: those of its editable fields.
+class SplitRules {
 public:
-    explicit RangeTotals(const Dictionary& rules);
+    enum class Kind { copy, empty, proportion, addressRange, continuousRange };
+    struct Rule {
+        std::size_t field = 0;
+        Kind kind = Kind::copy;
+        std::size_t pair = 0; // of a range
+    };
 
-    // 0 until a piece was written. A range that arrives at 0 starts over.
-    [[nodiscard]] double& of(const std::string& field) { return totals_[field]; }
+    // Throws PlatformError for a rule that isn't made of three items, and for a range without its pair field.
+    SplitRules(const Dictionary& rules, const Schema& schema);
+
+    [[nodiscard]] const std::vector<Rule>& all() const noexcept { return rules_; }
 
 private:
-    std::map<std::string, double> totals_;
+    std::vector<Rule> rules_;
 };
+
+// Where the ranges of the next piece of a line start, one a rule. Made anew for each line; the pieces are then written
+// in their order along it. 0 until a piece was written; a range that arrives at 0 starts over.
+using RangeTotals = std::vector<double>;
 
 struct PieceOfLine {
     double share = 1;    // of the length of the line
@@ -36,7 +46,7 @@ struct PieceOfLine {
 // empty text copies it, one that is not numeric copies both values. Fields that the buffer doesn't have, or that can't
 // be edited, are passed over. Throws PlatformError for values that can't be calculated with or that the field can't
 // hold.
-void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const Dictionary& rules, const PieceOfLine& piece,
+void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const SplitRules& rules, const PieceOfLine& piece,
                       bool bOver, RangeTotals& totals);
 
 // Writes into `kept` what it must carry after `merged` was merged into it; the caller stores it. Numeric fields by

@@ -150,9 +150,9 @@ std::vector<SplitPoint> QZ_InteriorVertexPositions(const Polyline& line) {
 }
 
 PieceStore::PieceStore(FeatureCursor& insertCursor, FeatureBuffer& buffer, const Feature& source,
-                       const Dictionary& rules, bool bOver)
+                       const SplitRules& rules, bool bOver)
     : cursor_(insertCursor), buffer_(buffer), source_(source), rules_(rules), bOver_(bOver),
-      sourceLength_(length(lineOf(source))), totals_(rules) {}
+      sourceLength_(length(lineOf(source))), totals_(rules.all().size()) {}
 
 ObjectId PieceStore::QZ_InsertSplitFeatureLocal(const FromTo& stretch, Polyline piece) {
     const double share = sourceLength_ > 0 ? length(piece) / sourceLength_ : 1;
@@ -171,7 +171,7 @@ ObjectId PieceStore::QZ_InsertSplitFeatureLocal(const FromTo& stretch, Polyline 
 }
 
 bool QZ_DoSplitPolylineLocal2(FeatureCursor& insertCursor, FeatureBuffer& buffer, const Feature& source,
-                              std::vector<SplitPoint> records, const Dictionary& rules, bool bOver) {
+                              std::vector<SplitPoint> records, const SplitRules& rules, bool bOver) {
     Polyline line = lineOf(source);
     if (line.mAware) {
         interpolateMeasures(line);
@@ -185,8 +185,8 @@ bool QZ_DoSplitPolylineLocal2(FeatureCursor& insertCursor, FeatureBuffer& buffer
 }
 
 LineSplitter::LineSplitter(FeatureLayer& layer, bool bOver)
-    : class_(layer.featureClass()), rules_(rulesOf(layer)), bOver_(bOver), insertCursor_(class_.insert()),
-      buffer_(class_.createBuffer()) {}
+    : class_(layer.featureClass()), rules_(rulesOf(layer), class_.schema()), bOver_(bOver),
+      insertCursor_(class_.insert()), buffer_(class_.createBuffer()) {}
 
 void LineSplitter::split(Feature& feature, std::vector<SplitPoint> records) {
     if (QZ_DoSplitPolylineLocal2(*insertCursor_, *buffer_, feature, std::move(records), rules_, bOver_)) {

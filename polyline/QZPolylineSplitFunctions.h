@@ -29,8 +29,8 @@ struct FromTo {
 // Stores pieces of one line in their order along it.
 class PieceStore {
 public:
-    // `rules`: an attribute rule dictionary. All four must outlive the store.
-    PieceStore(FeatureCursor& insertCursor, FeatureBuffer& buffer, const Feature& source, const Dictionary& rules,
+    // All but the flag must outlive the store.
+    PieceStore(FeatureCursor& insertCursor, FeatureBuffer& buffer, const Feature& source, const SplitRules& rules,
                bool bOver);
 
     // Inserts the piece, snapped to its spatial reference, with the values that the rules give it, and returns its
@@ -41,7 +41,7 @@ private:
     FeatureCursor& cursor_;
     FeatureBuffer& buffer_;
     const Feature& source_;
-    const Dictionary& rules_;
+    const SplitRules& rules_;
     bool bOver_;
     double sourceLength_;
     RangeTotals totals_;
@@ -52,7 +52,7 @@ private:
 // that are undefined between two known ones are filled. A stretch that the grid doesn't tell from a point makes no
 // piece. True: the source feature may be deleted. Without a cut inside there is one piece, a copy of the line.
 [[nodiscard]] bool QZ_DoSplitPolylineLocal2(FeatureCursor& insertCursor, FeatureBuffer& buffer, const Feature& source,
-                                            std::vector<SplitPoint> records, const Dictionary& rules, bool bOver);
+                                            std::vector<SplitPoint> records, const SplitRules& rules, bool bOver);
 
 // Splits features of one layer by the attribute rules in force for it.
 class LineSplitter {
@@ -68,7 +68,7 @@ public:
 
 private:
     FeatureClass& class_;
-    Dictionary rules_;
+    SplitRules rules_;
     bool bOver_;
     CursorPtr insertCursor_;
     std::unique_ptr<FeatureBuffer> buffer_;

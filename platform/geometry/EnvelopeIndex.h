@@ -19,6 +19,8 @@ public:
     explicit PackedEnvelopeTree(std::span<const Envelope> envelopes);
 
     [[nodiscard]] std::size_t size() const noexcept { return items_.size(); }
+    // The items along the curve that fills the tree: neighbours in it are neighbours on the map.
+    [[nodiscard]] std::span<const std::uint32_t> alongCurve() const noexcept { return items_; }
     // Calls `found(index into the given span)` for every envelope that intersects the window, in no particular order.
     template <typename Found> void query(const Envelope& window, Found found) const;
 

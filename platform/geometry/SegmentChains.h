@@ -75,18 +75,21 @@ inline Envelope SegmentChains::extentOf(const SegmentChain& chain) const {
 }
 
 template <typename See> bool SegmentChains::forEachClosePair(double distance, See see) const {
-    bool goesOn = true;
-    for (std::size_t i = 0; i < roots_.size() && goesOn; ++i) {
+    if (roots_.size() == 1) {
+        return seeWithin(boxes_[roots_.front()], distance, see);
+    }
+    // Along the curve of the tree one query finds what the one before has brought near.
+    for (const std::size_t i : tree_.alongCurve()) {
         const Box& root = boxes_[roots_[i]];
-        goesOn = seeWithin(root, distance, see);
-        if (roots_.size() == 1) {
-            break;
-        }
+        bool goesOn = seeWithin(root, distance, see);
         tree_.query(root.extent.expandedBy(distance, distance), [&](std::size_t j) {
             goesOn = goesOn && (j <= i || seeBetween(root, boxes_[roots_[j]], distance, see));
         });
+        if (!goesOn) {
+            return false;
+        }
     }
-    return goesOn;
+    return true;
 }
 
 template <typename See> bool SegmentChains::seeWithin(const Box& box, double distance, See& see) const {

@@ -18,9 +18,10 @@ public:
 
     // "a-b" of every piece, in order.
     std::vector<std::string> split(const char* ruleOfA, const std::vector<double>& shares, bool bOver) {
-        Dictionary rules;
-        rules.add(std::string("A"), std::string(ruleOfA));
-        RangeTotals totals(rules);
+        Dictionary dictionary;
+        dictionary.add(std::string("A"), std::string(ruleOfA));
+        const SplitRules rules(dictionary, data_.featureClass().schema());
+        RangeTotals totals(rules.all().size());
         const FeaturePtr source = data_.featureClass().feature(1);
         std::vector<std::string> texts;
         for (std::size_t i = 0; i < shares.size(); ++i) {
