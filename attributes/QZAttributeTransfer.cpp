@@ -171,6 +171,8 @@ SplitRules::SplitRules(const Dictionary& rules, const Schema& schema) {
             rules_.push_back({*field, kind, isRange(kind) ? pairOf(schema, *field, rule.pair) : 0});
         }
     }
+    // Ranges come last: a pair field has a rule of its own, "Copy" by default, that must not undo them.
+    std::ranges::stable_partition(rules_, [](const Rule& rule) { return !isRange(rule.kind); });
 }
 
 void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const SplitRules& rules, const PieceOfLine& piece,

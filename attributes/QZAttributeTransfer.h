@@ -40,12 +40,11 @@ struct PieceOfLine {
 
 // Writes what the rules give a piece: for "Copy" the source's value, for "Empty" an empty text or, in other fields, no
 // value, for "Proportion" the value times the share (null stays null). A range from a field to its pair is divided
-// among the pieces: "Range Address" in 32-bit integers of even counts, "Range Continuous" as it falls. The next piece
-// starts where this one ends; with `bOver` false one step after it, 2 for addresses, 1 for continuous ranges of
-// integers; there a start never goes beyond the source's range. The last piece ends with that range. A range from an
-// empty text copies it, one that is not numeric copies both values. Fields that the buffer doesn't have, or that can't
-// be edited, are passed over. Throws PlatformError for values that can't be calculated with or that the field can't
-// hold.
+// among the pieces, whatever rule the pair has itself: "Range Address" in 32-bit integers of even counts, "Range
+// Continuous" as it falls. The next piece starts where this one ends; with `bOver` false one step after it, 2 for
+// addresses, 1 for continuous ranges of integers; there a start never goes beyond the source's range. The last piece
+// ends with that range. A range from an empty text copies it, one that is not numeric copies both values. Throws
+// PlatformError for values that can't be calculated with or that the field can't hold.
 void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const SplitRules& rules, const PieceOfLine& piece,
                       bool bOver, RangeTotals& totals);
 

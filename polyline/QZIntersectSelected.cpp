@@ -12,6 +12,7 @@
 #include "platform/app/Services.h"
 #include "platform/geometry/CurveIndex.h"
 #include "platform/geometry/Grid.h"
+#include "platform/geometry/MeasureInterpolation.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Project.h"
 #include "polyline/LineNetwork.h"
@@ -46,6 +47,14 @@ void SelfIntersect(const GeometryCollection& pieces, Feature& feature, LineSplit
     for (const ObjectId id : splitter.replace(feature, orderedPieces(pieces, line))) {
         network.add(id, splitter.featureClass().feature(id)->shape()->as<Polyline>());
     }
+}
+
+// Undefined measures between known ones filled, so that cuts have one.
+Polyline withMeasures(Polyline line) {
+    if (line.mAware) {
+        interpolateMeasures(line);
+    }
+    return line;
 }
 
 // The line in the reference of its class, where it is stored as well when it had another one.
@@ -119,7 +128,7 @@ bool IntersectSelected2(Application& application, FeatureLayer& layer, FeatureCu
                    "Collecting self intersecting polylines: ", [&](Feature& feature, const Geometry&) {
                        const Polyline& line = inClassReference(feature, splitter.featureClass());
                        refresh.add(line);
-                       const GeometryCollection pieces = SelfIntersectFind(line);
+                       const GeometryCollection pieces = SelfIntersectFind(withMeasures(line));
                        if (pieces.geometries.empty()) {
                            network.add(feature.objectId(), line);
                        } else {

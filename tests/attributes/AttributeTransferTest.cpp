@@ -20,6 +20,9 @@ public:
     std::vector<std::string> split(const char* ruleOfA, const std::vector<double>& shares, bool bOver) {
         Dictionary dictionary;
         dictionary.add(std::string("A"), std::string(ruleOfA));
+        if (std::string(ruleOfA).starts_with("Range")) {
+            dictionary.add(std::string("B"), std::string("Copy|None|First")); // as it is by default
+        }
         const SplitRules rules(dictionary, data_.featureClass().schema());
         RangeTotals totals(rules.all().size());
         const FeaturePtr source = data_.featureClass().feature(1);
@@ -99,7 +102,7 @@ TEST(SplitValues, RangesWithoutNumbersAreCopied) {
     Pieces words(FieldType::string, text("12a"), text("20"));
     EXPECT_EQ(words.split("Range Address|B|Sum", {0.5, 0.5}, false), (Texts{"12a-20", "12a-20"}));
     Pieces empty(FieldType::string, text(""), text("20"));
-    EXPECT_EQ(empty.split("Range Address|B|Sum", {1}, false), (Texts{"-null"})) << "the pair is not touched";
+    EXPECT_EQ(empty.split("Range Address|B|Sum", {1}, false), (Texts{"-20"})) << "the pair keeps its own rule";
     Pieces null(FieldType::integer, Value(), 20.0);
     EXPECT_EQ(null.split("Range Continuous|B|Sum", {1}, false), (Texts{"null-20"}));
 }
