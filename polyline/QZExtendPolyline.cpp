@@ -85,17 +85,22 @@ std::optional<Vertex> nearestMeeting(const Polyline& extension, FeatureClass& fe
     return nearest;
 }
 
+// The measure at a new end, as the line's own goes on.
+double measureAt(Vertex end, Path path) {
+    end.m = undefined;
+    path.addVertex(end);
+    extrapolateMeasures(path);
+    return path.back().m;
+}
+
 // Moves the end, or goes on from it where the last segment is an arc.
 void extendTo(Polyline& line, Vertex end) {
     Path& path = line.paths.front();
-    end.m = undefined;
+    end.m = line.mAware ? measureAt(end, path) : undefined;
     if (path.arcAt(path.segmentCount() - 1)) {
         path.addVertex(end);
     } else {
         path.setVertex(path.vertexCount() - 1, end);
-    }
-    if (line.mAware) {
-        extrapolateMeasures(line);
     }
 }
 

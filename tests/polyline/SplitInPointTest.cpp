@@ -75,8 +75,8 @@ TEST_F(SplitInPoint, AttributesFollowTheRules) {
                     "4 LINESTRING ZM (10 0 0 0,20 0 0 0) Elm Row 153 199 10 2 bytes"}));
     EXPECT_TRUE(split(4, "Middle", {}, 0, true));
     const Rows rows = listed({"FROM_L", "TO_L"});
-    EXPECT_TRUE(rows[2].ends_with(" 153 177")) << rows[2];
-    EXPECT_TRUE(rows[3].ends_with(" 177 199")) << rows[3];
+    EXPECT_TRUE(rows[2].ends_with(" 153 175")) << rows[2];
+    EXPECT_TRUE(rows[3].ends_with(" 175 199")) << rows[3];
 }
 
 TEST_F(SplitInPoint, ArcsAreCutIntoArcsAndMeasuresFilled) {

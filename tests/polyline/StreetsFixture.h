@@ -39,6 +39,7 @@ struct Streets {
         ruleTable.add(std::nullopt, {text("LENGTH"), text("Proportion"), text("None"), text("Sum")});
         workspace = std::make_unique<OverlayWorkspace>(std::move(store));
         layer = &host.focusMap().addLayer("streets", *workspace->table("streets"));
+        setApplication(host);
     }
 
     ObjectId add(const std::string& wkt, const std::vector<Value>& values = {}) {
