@@ -151,8 +151,8 @@ void splitOne(benchmark::State& state) {
     for (auto _ : state) {
         streets.workspace->startEditOperation();
         const CursorPtr cursor = streets.layer->featureClass().search(one);
-        if (!streets.component.QZ_SplitInPoint2(*streets.layer, *cursor, Point({0, 0}), streets.refresh, "Middle", 0,
-                                                {}, {}, nullptr, streets.host, false, 0)) {
+        if (!streets.component.QZ_SplitInPoint2(*streets.layer, *cursor, nullptr, streets.refresh, "Middle", 0, {}, {},
+                                                nullptr, streets.host, false, 0)) {
             throw std::runtime_error("the line was not cut");
         }
         streets.workspace->abortEditOperation();

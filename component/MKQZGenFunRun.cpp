@@ -44,13 +44,13 @@ bool MKQZGenFunRun::QZ_SelectAndIntersectRun(FeatureLayer& pFLayer, FeatureCurso
     return IntersectSelected2(pApp, pFLayer, pFeatureCursor, fCount, pRefresh, bOver);
 }
 
-bool MKQZGenFunRun::QZ_SplitInPoint2(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Point& pPoint,
+bool MKQZGenFunRun::QZ_SplitInPoint2(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Point* pPoint,
                                      RefreshArea& pRefresh, const std::string& sOption, double,
                                      const SpatialReference& pSRef, const SpatialReference&, const Envelope*,
                                      Application& pApp, bool bOver, double dSplitLength) noexcept {
     setApplication(pApp);
-    return qz::QZ_SplitInPoint2(pFLayer, pFeatureCursor, {sOption, pPoint.vertex.xy(), dSplitLength, pSRef}, pRefresh,
-                                bOver);
+    const XY click = pPoint ? pPoint->vertex.xy() : XY{undefined, undefined};
+    return qz::QZ_SplitInPoint2(pFLayer, pFeatureCursor, {sOption, click, dSplitLength, pSRef}, pRefresh, bOver);
 }
 
 bool MKQZGenFunRun::QZ_ReshapePolyline(FeatureClass&, FeatureCursor& pFeatureCursor, Feature* pFeature,

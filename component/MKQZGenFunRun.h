@@ -46,10 +46,11 @@ public:
 
     // Cuts the first line of the cursor: at its place ("Point") or vertex ("Vertex") nearest to `pPoint`, halfway
     // ("Middle"), at every vertex inside ("AllVertices"), or `dSplitLength` from its start ("Distance", in the units of
-    // `pSRef`). `pPoint` is in `pSRef`. Any other word cuts nothing. The line is deleted once its pieces are stored;
-    // cut at an end it becomes a copy of itself. `dFuzzy`, `pMapSRef` and `pEnv1` have no effect. False, with a notice,
-    // for a line of several parts and a distance beyond its length; false after a failure, which is reported.
-    bool QZ_SplitInPoint2(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Point& pPoint,
+    // `pSRef`). `pPoint` is in `pSRef`; the other words do without. Any other word cuts nothing. The line is deleted
+    // once its pieces are stored; cut at an end it becomes a copy of itself. `dFuzzy`, `pMapSRef` and `pEnv1` have no
+    // effect. False, with a notice, for a line of several parts and a distance beyond its length; false after a
+    // failure, which is reported.
+    bool QZ_SplitInPoint2(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Point* pPoint,
                           RefreshArea& pRefresh, const std::string& sOption, double dFuzzy,
                           const SpatialReference& pSRef, const SpatialReference& pMapSRef, const Envelope* pEnv1,
                           Application& pApp, bool bOver, double dSplitLength) noexcept;

@@ -31,10 +31,10 @@ const std::vector<MethodInfo>& methodTable() {
         planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&, std::int32_t)>(
             "QZ_GetVertices", {"pActiveView", "pFLayer", "sRef", output("bChecked"), "lMaxFeatures"}),
         available(&MKQZGenFunRun::QZ_ExtendPolyline2, "QZ_ExtendPolyline2",
-                  {"pFeatureCursor", "pFLayer", "pInSref", "pStartPoint", "pEndPoint", "pEnv", "dFuzzy", "pRefresh",
-                   "bSplit", "bOver", "pApp"}),
+                  {"pFeatureCursor", "pFLayer", "pInSref", "pStartPoint", "pEndPoint", noEffect("pEnv"), "dFuzzy",
+                   "pRefresh", "bSplit", "bOver", "pApp"}),
         available(&MKQZGenFunRun::QZ_SelectAndIntersectRun, "QZ_SelectAndIntersectRun",
-                  {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "bOver", "pApp"}),
+                  {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", noEffect("dFuzzy"), "bOver", "pApp"}),
         planned<bool(FeatureClass&, const SpatialReference&, const Geometry&, double, Application&)>(
             "QZ_DeleteSelectedDangles", {"pFeatureClass", "inSref", "pGeom", "dDangTol", "pApp"}),
         planned<bool(FeatureClass&, FeatureCursor&, const SpatialReference&, const Envelope*, std::int32_t,
@@ -60,8 +60,8 @@ const std::vector<MethodInfo>& methodTable() {
             "QZ_OffsetPolylineMulti", {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"),
                                        "lNumber", "pRefresh", "pInSref", "pMapSRef", "pApp"}),
         available(&MKQZGenFunRun::QZ_SplitInPoint2, "QZ_SplitInPoint2",
-                  {"pFLayer", "pFeatureCursor", "pPoint", "pRefresh", "sOption", "dFuzzy", "pSRef", "pMapSRef", "pEnv1",
-                   "pApp", "bOver", defaulted("dSplitLength", 0.0)}),
+                  {"pFLayer", "pFeatureCursor", "pPoint", "pRefresh", "sOption", noEffect("dFuzzy"), "pSRef",
+                   noEffect("pMapSRef"), noEffect("pEnv1"), "pApp", "bOver", defaulted("dSplitLength", 0.0)}),
         available(&MKQZGenFunRun::QZ_ReshapePolyline, "QZ_ReshapePolyline",
                   {"pFeatureClass", updateCursor("pFeatureCursor"), "pFeature", "pReshPolyline", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_GetReshFeature, "QZ_GetReshFeature",
@@ -118,7 +118,7 @@ const std::vector<MethodInfo>& methodTable() {
         available(&MKQZGenFunRun::QZ_QuickDelete, "QZ_QuickDelete",
                   {"pFeatureCursor", "fCount", "pRefresh", noEffect("sSource"), "pApp"}),
         available(&MKQZGenFunRun::QZ_InsertVertexRun, "QZ_InsertVertexRun",
-                  {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", "dSearchTol", "pRefresh",
+                  {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", noEffect("dSearchTol"), "pRefresh",
                    output("pInsertPoint"), "bSame", "pApp"}),
         planned<bool(FeatureLayer&, FeatureLayer&, double, std::int16_t, RefreshArea&, Application&)>(
             "QZ_BuildPolygonRun", {"pFLayer", "pSourceLayer", "dFuzzy", "iPriority", "pRefresh", "pApp"}),

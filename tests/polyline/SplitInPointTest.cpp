@@ -8,8 +8,9 @@ struct SplitStreets : Streets {
     bool split(ObjectId id, const char* option, XY click = {0, 0}, double distance = 0, bool bOver = false,
                const SpatialReference& clicked = {}) {
         const CursorPtr cursor = only(id);
-        return component.QZ_SplitInPoint2(*layer, *cursor, Point({click.x, click.y}), refresh, option, 0.001, clicked,
-                                          {}, nullptr, host, bOver, distance);
+        const Point point({click.x, click.y});
+        return component.QZ_SplitInPoint2(*layer, *cursor, &point, refresh, option, 0.001, clicked, {}, nullptr, host,
+                                          bOver, distance);
     }
 };
 
