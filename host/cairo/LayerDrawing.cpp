@@ -4,6 +4,7 @@
 
 #include "host/DirectionArrows.h"
 #include "host/cairo/MapTones.h"
+#include "platform/geometry/Boundary.h"
 #include "platform/geometry/Project.h"
 
 namespace qz {
@@ -104,6 +105,13 @@ void drawAfter(Canvas& canvas, const Geometry& geometry) {
     }
 }
 
+// Dots at the ends of lines show where a network has its nodes.
+void drawEnds(Canvas& canvas, const Geometry& geometry) {
+    if (const auto* polyline = geometry.getIf<Polyline>()) {
+        canvas.drawMarkers(boundary(*polyline), lineEnd);
+    }
+}
+
 // Without the shapes after, which would hide it, the direction before can be shown.
 void drawDirectionBefore(Canvas& canvas, const Geometry& geometry) {
     if (geometry.kind() == GeometryKind::polyline) {
@@ -147,6 +155,9 @@ void drawMapContent(Canvas& canvas, HeadlessMap& map, const std::vector<DrawnLay
         if (highlight.after.empty()) {
             drawDirectionBefore(canvas, geometry);
         }
+    }
+    for (const Geometry& geometry : highlight.after) {
+        drawEnds(canvas, geometry);
     }
 }
 

@@ -24,6 +24,7 @@ void drawMapContent(Canvas& canvas, HeadlessMap& map, const std::vector<DrawnLay
 // How changes are drawn, for the legend as well.
 inline constexpr LineSymbol lineBefore{.color = {214, 40, 40}, .width = 1.1};
 inline constexpr LineSymbol lineAfter{.color = {20, 84, 196}, .width = 1.9};
+inline constexpr MarkerSymbol lineEnd{.color = {10, 30, 80}, .size = 4};
 [[nodiscard]] const Dashes& dashesBefore();
 
 } // namespace qz

@@ -104,6 +104,11 @@ void drawLayerSwatch(Canvas& canvas, const PixelRect& place, const DrawnLayer& d
     }
 }
 
+bool hasLines(const std::vector<Geometry>& geometries) {
+    return std::ranges::any_of(geometries,
+                               [](const Geometry& geometry) { return geometry.kind() == GeometryKind::polyline; });
+}
+
 void drawLegend(Canvas& canvas, LegendRow legend, const std::vector<DrawnLayer>& layers, const Highlight& highlight) {
     for (const DrawnLayer& drawn : layers) {
         legend.add(drawn.layer->name(), [&](const PixelRect& place) { drawLayerSwatch(canvas, place, drawn); });
@@ -114,6 +119,11 @@ void drawLegend(Canvas& canvas, LegendRow legend, const std::vector<DrawnLayer>&
     }
     if (!highlight.after.empty()) {
         legend.add("after", [&](const PixelRect& place) { drawLineSwatch(canvas, place, lineAfter, {}); });
+    }
+    if (hasLines(highlight.after)) {
+        legend.add("line ends", [&](const PixelRect& place) {
+            canvas.fillCircle(middleOf(place), lineEnd.size * 2 / 3, lineEnd.color);
+        });
     }
 }
 
