@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <span>
 
 #include "common/CursorWalk.h"
@@ -116,30 +117,38 @@ std::vector<SplitPoint> QZ_GetFeaturesToSplit2(Application& application, const L
     return records;
 }
 
+// The lines that the cursor delivers, those that cross themselves cut into pieces first.
+LineNetwork collected(Application& application, FeatureCursor& cursor, std::int32_t expected, RefreshArea& refresh,
+                      LineSplitter& splitter) {
+    LineNetwork network;
+    walkShapes(application, cursor, expected,
+               "Collecting self intersecting polylines: ", [&](Feature& feature, const Geometry&) {
+                   const Polyline& line = inClassReference(feature, splitter.featureClass());
+                   refresh.add(line);
+                   const GeometryCollection pieces = SelfIntersectFind(withMeasures(line));
+                   if (pieces.geometries.empty()) {
+                       network.add(feature.objectId(), line);
+                   } else {
+                       SelfIntersect(pieces, feature, splitter, network);
+                   }
+               });
+    return network;
+}
+
 } // namespace
 
 bool IntersectSelected2(Application& application, FeatureLayer& layer, FeatureCursor& cursor, std::int32_t expected,
                         RefreshArea& refresh, bool bOver) {
     return withSteppedExit(" IntersectSelected2 w=", Step::layer, false, [&](Step& step) {
         LineSplitter splitter(layer, bOver);
-        LineNetwork network;
         step = Step::collect;
-        walkShapes(application, cursor, expected,
-                   "Collecting self intersecting polylines: ", [&](Feature& feature, const Geometry&) {
-                       const Polyline& line = inClassReference(feature, splitter.featureClass());
-                       refresh.add(line);
-                       const GeometryCollection pieces = SelfIntersectFind(withMeasures(line));
-                       if (pieces.geometries.empty()) {
-                           network.add(feature.objectId(), line);
-                       } else {
-                           SelfIntersect(pieces, feature, splitter, network);
-                       }
-                   });
-        if (network.size() <= 1) {
+        std::optional<LineNetwork> network = collected(application, cursor, expected, refresh, splitter);
+        if (network->size() <= 1) {
             return false;
         }
         step = Step::intersect;
-        std::vector<SplitPoint> records = QZ_GetIntFeatures2(application, network, expected);
+        std::vector<SplitPoint> records = QZ_GetIntFeatures2(application, *network, expected);
+        network.reset(); // makes room for the pieces
         if (records.empty()) {
             return false;
         }

@@ -16,9 +16,10 @@ void ChangeRecorder::note(EditedTable& table, ObjectId id, const EditedRow& next
         return;
     }
     const EditedRow* edited = table.edited(id);
-    Before before{.existed = edited ? edited->record != nullptr : !next.isNew, .shape = {}};
+    Before before{.existed = edited ? edited->record != nullptr : !next.isNew, .shape = nullptr};
     if (before.existed && keepShapes_) {
-        before.shape = table.read(id)->shape;
+        const RecordPtr record = table.read(id);
+        before.shape = record->shape ? std::make_unique<Geometry>(*record->shape) : nullptr;
     }
     rows_.emplace_hint(rows_.end(), id, std::move(before));
 }

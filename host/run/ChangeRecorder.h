@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "platform/data/overlay/OverlayClass.h"
@@ -32,7 +33,7 @@ public:
 private:
     struct Before {
         bool existed = false;
-        std::optional<Geometry> shape; // only when shapes are kept
+        std::unique_ptr<Geometry> shape; // only when shapes are kept
     };
     void note(EditedTable& table, ObjectId id, const EditedRow& next);
 

@@ -10,7 +10,7 @@ void EditLog::begin() {
 }
 
 void EditLog::apply(EditedTable& table, ObjectId id, std::optional<EditedRow> state) {
-    open_->push_back({&table, id, table.exchange(id, std::move(state))});
+    open_->push_back({&table, id, exchange(table, id, std::move(state))});
 }
 
 bool EditLog::commit() {
@@ -54,15 +54,28 @@ void EditLog::clear() {
     undone_.clear();
 }
 
+std::unique_ptr<EditedRow> EditLog::exchange(EditedTable& table, ObjectId id, std::optional<EditedRow> state) {
+    auto before = table.exchange(id, std::move(state));
+    return before ? std::make_unique<EditedRow>(std::move(*before)) : nullptr;
+}
+
+void EditLog::swapState(Step& step) {
+    std::optional<EditedRow> state;
+    if (step.otherState) {
+        state = std::move(*step.otherState);
+    }
+    step.otherState = exchange(*step.table, step.id, std::move(state));
+}
+
 void EditLog::rollBack(Operation& operation) {
     for (Step& step : operation | std::views::reverse) {
-        step.otherState = step.table->exchange(step.id, std::move(step.otherState));
+        swapState(step);
     }
 }
 
 void EditLog::rollForward(Operation& operation) {
     for (Step& step : operation) {
-        step.otherState = step.table->exchange(step.id, std::move(step.otherState));
+        swapState(step);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -29,10 +30,15 @@ private:
     struct Step {
         EditedTable* table;
         ObjectId id;
-        std::optional<EditedRow> otherState; // before the step, or after it when the step is undone
+        // Before the step, or after it when the step is undone; nothing: as stored. Apart, since most steps of large
+        // operations add rows.
+        std::unique_ptr<EditedRow> otherState;
     };
     using Operation = std::vector<Step>;
 
+    [[nodiscard]] static std::unique_ptr<EditedRow> exchange(EditedTable& table, ObjectId id,
+                                                             std::optional<EditedRow> state);
+    static void swapState(Step& step);
     static void rollBack(Operation& operation);
     static void rollForward(Operation& operation);
 
