@@ -1,4 +1,5 @@
 #include "platform/geometry/Cut.h"
+#include "platform/geometry/CoordinateLimits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -123,15 +124,6 @@ private:
     std::vector<bool> isInside_;
 };
 
-void requireFinite(const Geometry& geometry) {
-    forEachVertex(geometry, [](const Vertex& vertex) {
-        if (!isFinite(vertex.xy())) {
-            throw PlatformError(
-                fmt::format("The polygon can't be cut: the coordinate ({}, {}) is not finite.", vertex.x, vertex.y));
-        }
-    });
-}
-
 GeometryTraits traitsOf(const Polygon& polygon, const Polyline& line) {
     GeometryTraits traits = polygon;
     traits.zAware = traits.zAware || line.zAware;
@@ -157,8 +149,8 @@ void requireBalance(const Polygon& source, const Polyline& line, const CutPieces
 
 std::optional<CutPieces> cut(const Polygon& polygon, const Polyline& line) {
     const Geometry cutter(line);
-    requireFinite(polygon);
-    requireFinite(cutter);
+    requireUsableCoordinates(polygon, "cut");
+    requireUsableCoordinates(cutter, "cut");
     const Geometry source(simplified(polygon));
     if (!source.envelope().intersects(cutter.envelope())) {
         return std::nullopt;

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "platform/geometry/CoordinateLimits.h"
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/Faces.h"
 #include "platform/geometry/PathMerging.h"
@@ -155,6 +156,7 @@ bool sameValue(double a, double b) noexcept {
 } // namespace
 
 Polygon simplified(const Polygon& polygon) {
+    requireUsableCoordinates(polygon.rings, "simplified polygon");
     if (isSimple(polygon)) {
         return polygon;
     }
@@ -166,6 +168,7 @@ Polygon simplified(const Polygon& polygon) {
 }
 
 Polyline simplifiedPlanar(const Polyline& polyline) {
+    requireUsableCoordinates(polyline.paths, "simplified line");
     const double resolution = polyline.spatialReference.grid().xyResolution;
     const NodedPaths noded = fullyNoded(polyline.paths, {0, resolution});
     std::vector<Path> pieces = withoutCopies(piecesOf(noded.paths, placesOf(noded)), resolution);
@@ -173,6 +176,7 @@ Polyline simplifiedPlanar(const Polyline& polyline) {
 }
 
 Polyline simplifiedAlong(const Polyline& polyline) {
+    requireUsableCoordinates(polyline.paths, "simplified line");
     return withPaths(polyline, mergedPaths(piecesOf(polyline.paths, {})));
 }
 

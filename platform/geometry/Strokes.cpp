@@ -4,6 +4,10 @@
 #include <cmath>
 #include <numbers>
 
+#include <fmt/format.h>
+
+#include "platform/Error.h"
+
 namespace qz {
 
 namespace {
@@ -11,6 +15,9 @@ namespace {
 constexpr double fullTurn = 2 * std::numbers::pi;
 // A stroke point this close to the end of an arc, in strokes, is that end but for rounding.
 constexpr double endOfArc = 1e-6;
+constexpr int mostStrokes = 250'000;
+// Strokes are counted along the circle in whole numbers.
+constexpr double mostStrokesOfCircle = 0x1p50;
 
 // A power of two, so that radii that differ by their rounding only agree on it.
 double strokesOfCircle(double radius, double maximumSagitta) {
@@ -44,10 +51,20 @@ void straighten(std::vector<Path>& paths, double maximumSagitta) {
 
 std::vector<XY> strokePoints(const CircularArc& arc, double maximumSagitta) {
     const double count = strokesOfCircle(arc.radius, maximumSagitta);
+    const double rise = 2 * std::pow(std::sin(arc.sweep / 4), 2) * arc.radius;
+    if (count > mostStrokesOfCircle && rise <= maximumSagitta) {
+        return {};
+    }
     const double from = arc.startAngle / fullTurn * count;
     const double to = (arc.startAngle + arc.sweep) / fullTurn * count;
     const double low = std::floor(std::min(from, to) + endOfArc) + 1;
     const double high = std::ceil(std::max(from, to) - endOfArc) - 1;
+    if (count > mostStrokesOfCircle || !(high - low < mostStrokes)) {
+        throw PlatformError(
+            fmt::format("An arc of radius {} can't be straightened within {}: it would take more than {} "
+                        "strokes.",
+                        arc.radius, maximumSagitta, mostStrokes));
+    }
     std::vector<XY> points;
     points.reserve(high < low ? 0 : static_cast<std::size_t>(high - low) + 1);
     for (double k = low; k <= high; ++k) {

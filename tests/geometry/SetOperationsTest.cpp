@@ -333,5 +333,30 @@ TEST(SetOperations, UnionOfManyIsThatOfPairs) {
     EXPECT_GT(arcCount(atOnce), 0u);
 }
 
+// What can't be calculated with is refused by name before anything is taken from memory.
+TEST(Refusals, OfCoordinatesAndArcsOutOfReach) {
+    const Geometry area = geometryFromWkt("POLYGON ((0 0,0 5,5 5,5 0,0 0))");
+    Polygon endless = area.as<Polygon>();
+    endless.rings[0].setVertex(2, {std::numeric_limits<double>::infinity(), 5});
+    Polyline far = geometryFromWkt("LINESTRING (0 0,1 1)").as<Polyline>();
+    far.paths[0].setVertex(1, {1.7e308, 0});
+    const auto flat = geometryFromWkt("CURVEPOLYGON (COMPOUNDCURVE (CIRCULARSTRING (0 0,5 1e-12,4 0),(4 0,2 3,0 0)))");
+    const auto message = [](const auto& operation) {
+        try {
+            operation();
+        } catch (const PlatformError& error) {
+            return std::string(error.what());
+        }
+        return std::string("none");
+    };
+    EXPECT_EQ(message([&] { static_cast<void>(simplified(endless)); }),
+              "The simplified polygon can't be found: the coordinate (inf, 5) is not finite.");
+    EXPECT_EQ(message([&] { static_cast<void>(simplifiedPlanar(far)); }),
+              "The simplified line can't be found: the coordinate (1.7e+308, 0) is too large.");
+    EXPECT_NE(message([&] { static_cast<void>(unionOf(Geometry(far), Geometry(far))); }).find("too large"),
+              std::string::npos);
+    EXPECT_NE(message([&] { static_cast<void>(unionOf(flat, area)); }).find("strokes"), std::string::npos);
+}
+
 } // namespace
 } // namespace qz

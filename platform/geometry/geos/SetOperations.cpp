@@ -1,4 +1,5 @@
 #include "platform/geometry/SetOperations.h"
+#include "platform/geometry/CoordinateLimits.h"
 
 #include <algorithm>
 #include <deque>
@@ -29,25 +30,6 @@ int dimensionOf(const Geometry& geometry) {
         return 2;
     }
     return 0;
-}
-
-void requireFinite(XY place, const char* operation) {
-    if (!isFinite(place)) {
-        throw PlatformError(
-            fmt::format("The {} can't be found: the coordinate ({}, {}) is not finite.", operation, place.x, place.y));
-    }
-}
-
-void requireFinite(const Geometry& geometry, const char* operation) {
-    const std::vector<const Path*> paths = pathsOf(geometry);
-    for (const Path* path : paths) {
-        std::ranges::for_each(path->xy(), [operation](XY place) { requireFinite(place, operation); });
-        std::ranges::for_each(path->arcs(),
-                              [operation](const ArcSegment& arc) { requireFinite(arc.middle.xy(), operation); });
-    }
-    if (paths.empty() && !geometry.isEmpty()) {
-        forEachVertex(geometry, [operation](const Vertex& vertex) { requireFinite(vertex.xy(), operation); });
-    }
 }
 
 // Operands with proper rings, and what it takes to carry arcs, z and m through the overlay.
@@ -268,7 +250,7 @@ GeosGeometryPtr united(const Operands& operands, std::size_t count) {
 
 Geometry unionOf(std::span<const Geometry* const> given) {
     for (const Geometry* operand : given) {
-        requireFinite(*operand, "union");
+        requireUsableCoordinates(*operand, "union");
     }
     requireOneDimension(given);
     if (dimensionOf(*given.front()) == 0) {
@@ -281,8 +263,8 @@ Geometry unionOf(std::span<const Geometry* const> given) {
 } // namespace
 
 Geometry intersection(const Geometry& a, const Geometry& b, ResultDimension dimension) {
-    requireFinite(a, "intersection");
-    requireFinite(b, "intersection");
+    requireUsableCoordinates(a, "intersection");
+    requireUsableCoordinates(b, "intersection");
     requireSharedDimension(a, b, dimension);
     if (dimension == ResultDimension::points) {
         return intersectionPoints(a, b);
@@ -307,8 +289,8 @@ Geometry unionOf(std::span<const Geometry> operands) {
 }
 
 Geometry difference(const Geometry& a, const Geometry& b) {
-    requireFinite(a, "difference");
-    requireFinite(b, "difference");
+    requireUsableCoordinates(a, "difference");
+    requireUsableCoordinates(b, "difference");
     if (dimensionOf(a) == 0) {
         return pointsBy(false, a, b);
     }

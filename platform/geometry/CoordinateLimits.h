@@ -1,0 +1,18 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "platform/geometry/Geometry.h"
+
+namespace qz {
+
+// Products of coordinates beyond it overflow.
+inline constexpr double coordinateLimit = 1e150;
+
+// Throws PlatformError that names the operation ("The union can't be found: …") and the first vertex or control point
+// of an arc whose x or y is not finite or beyond the limit. Empty points pass.
+void requireUsableCoordinates(const Geometry& geometry, std::string_view operation);
+void requireUsableCoordinates(std::span<const Path> paths, std::string_view operation);
+
+} // namespace qz
