@@ -15,4 +15,15 @@ namespace qz {
 // Coordinates and a tolerance that are not finite throw PlatformError.
 bool reshape(Polyline& line, const Path& path, double tolerance);
 
+// Gives the boundary of the polygon the course of `path` between one place at which they meet and the next, taken in
+// turn. A stretch outside makes the polygon grow by what it encloses with the boundary; one inside cuts the polygon,
+// and the part with the larger exterior ring stays. What the path has before its first and after its last contact is
+// ignored, and so is its direction. Returns whether the polygon changed.
+//
+// Every exterior ring that is met twice is reshaped; where there is none, every hole, of which a stretch inside it
+// leaves the larger part a hole. Holes stay where they lie in the result, and are opened or go where they don't. Parts
+// that come to overlap become one. The result is simple; a polygon that is not counts as simplified. z, m, arcs and the
+// tolerance are as for lines. Coordinates and a tolerance that are not finite throw PlatformError.
+bool reshape(Polygon& polygon, const Path& path, double tolerance);
+
 } // namespace qz
