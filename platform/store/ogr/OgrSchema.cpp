@@ -7,8 +7,8 @@
 
 #include "platform/geometry/ogr/OgrSpatialReference.h"
 #include "platform/store/ogr/FileGdbGrid.h"
-#include "platform/store/ogr/OgrDomains.h"
 #include "platform/store/ogr/GpkgSideTable.h"
+#include "platform/store/ogr/OgrDomains.h"
 
 namespace qz {
 
