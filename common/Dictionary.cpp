@@ -31,8 +31,10 @@ std::optional<Dictionary::Key> Dictionary::normalized(const Value& key) {
             } else if constexpr (std::is_floating_point_v<Content>) {
                 const double number = content;
                 // Whole numbers meet the integers; 2^53 bounds those that a double tells apart.
-                const bool whole = number == std::floor(number) && std::abs(number) <= 0x1p53;
-                return whole ? Key(static_cast<std::int64_t>(number)) : Key(number);
+                if (number == std::floor(number) && std::abs(number) <= 0x1p53) {
+                    return static_cast<std::int64_t>(number);
+                }
+                return number;
             } else if constexpr (std::is_same_v<Content, std::string>) {
                 return content;
             } else {
