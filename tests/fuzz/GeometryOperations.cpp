@@ -1,19 +1,24 @@
-// Feeds small shapes of any form to the geometry operations: every result has to be finite and simple, or the operation
-// says in a PlatformError why there is none. The entry is that of libFuzzer; a fault leaves it as an exception, which
-// ends a fuzzer.
+// Feeds small shapes of any form to the geometry operations: every result has to be finite and simple, areas have to
+// add up, or the operation says in a PlatformError why there is no result. The entry is that of libFuzzer; a fault
+// leaves it as an exception, which ends a fuzzer.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
 
+#include "platform/geometry/Boundary.h"
+#include "platform/geometry/Buffer.h"
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/CurvePosition.h"
 #include "platform/geometry/Cut.h"
 #include "platform/geometry/Measures.h"
+#include "platform/geometry/Offset.h"
 #include "platform/geometry/Relations.h"
 #include "platform/geometry/Reshape.h"
 #include "platform/geometry/SetOperations.h"
@@ -30,6 +35,10 @@ constexpr double coordinates[] = {0,        1,         2,        3,        4,   
                                   10,       0,         2,        4,        6,     8,  2.5,   4.75, 1.0 / 3, 7.1,
                                   4 + 1e-9, 6 - 1e-12, 2 + 1e-4, 8 - 5e-5, 5.001, -3, 100.3, -0.0, 1e-300};
 constexpr double oddCoordinates[] = {1e5, 1e7 + 0.3, 1.7e308, std::numeric_limits<double>::infinity(), undefined};
+constexpr double distances[] = {0.5, -0.5, 1, -1, 2, -3, 0, 0.01, 1e-5, -20};
+
+// Arcs take a tenth of the strokes of the usual grid.
+constexpr CoordinateGrid coarseGrid{.xyResolution = 0.01, .xyTolerance = 0.1};
 
 // Shapes out of bytes; zeros when there are none left.
 class ShapeReader {
@@ -45,10 +54,13 @@ public:
         return value % limit;
     }
 
-    Geometry shape(bool polygon) {
+    double distance() { return distances[below(std::size(distances))]; }
+
+    Geometry shape(bool polygon, const SpatialReference& reference) {
         odd_ = below(16) == 15;
         const unsigned form = below(8);
         GeometryTraits traits;
+        traits.spatialReference = reference;
         traits.zAware = (form & 1U) != 0;
         traits.mAware = (form & 2U) != 0;
         return polygon ? Geometry(polygonWith(traits)) : Geometry(polylineWith(traits));
@@ -136,15 +148,26 @@ class Examination {
 public:
     Examination(const Geometry& first, const Geometry& second) : first_(first), second_(second) {}
 
-    template <typename Operation> void run(const char* name, Operation operation) const {
+    // The result, or nothing when the operation said why there is none.
+    template <typename Operation>
+    auto run(const char* name, Operation operation) const -> std::optional<decltype(operation())> {
         try {
-            check(name, operation());
+            auto result = operation();
+            check(name, result);
+            return result;
         } catch (const Fault&) {
             throw;
         } catch (const PlatformError& error) {
             require(name, *error.what() != '\0', "an error without description");
         } catch (const std::exception& error) {
             fail(name, error.what());
+        }
+        return {};
+    }
+
+    void requireNear(const char* name, double value, double expected, double slack) const {
+        if (!(std::abs(value - expected) <= slack)) {
+            fail(name, std::to_string(value) + " instead of " + std::to_string(expected));
         }
     }
 
@@ -191,15 +214,55 @@ private:
     const Geometry& second_;
 };
 
+struct Combination {
+    std::optional<Geometry> common;
+    std::optional<Geometry> rest;
+    std::optional<Geometry> all;
+};
+
+// Outlines may move by the resolution where they meet; products of coordinates are rounded.
+double areaSlack(const Polygon& a, const Polygon& b) {
+    Envelope box = a.envelope();
+    box.expandToInclude(b.envelope());
+    const double reach = std::max({-box.xMin, box.xMax, -box.yMin, box.yMax});
+    const double resolution = a.spatialReference.grid().xyResolution;
+    return resolution * (perimeter(a) + perimeter(b)) + 0x1p-40 * reach * reach;
+}
+
+void requireAreasAddUp(const Examination& examination, const Geometry& a, const Geometry& b,
+                       const Combination& combination) {
+    const auto first = examination.run("simplify, first", [&] { return simplified(a); });
+    const auto second = examination.run("simplify, second", [&] { return simplified(b); });
+    if (!first || !second || !combination.common || first->isEmpty() || second->isEmpty()) {
+        return;
+    }
+    const auto& one = first->as<Polygon>();
+    const auto& other = second->as<Polygon>();
+    const double slack = areaSlack(one, other);
+    const double common = area(combination.common->as<Polygon>());
+    if (combination.rest) {
+        examination.requireNear("area of the difference", area(combination.rest->as<Polygon>()), area(one) - common,
+                                slack);
+    }
+    if (combination.all) {
+        examination.requireNear("area of the union", area(combination.all->as<Polygon>()),
+                                area(one) + area(other) - common, slack);
+    }
+}
+
 void combine(const Examination& examination, const Geometry& a, const Geometry& b) {
     examination.run("intersection, points", [&] { return intersection(a, b, ResultDimension::points); });
     examination.run("intersection, lines", [&] { return intersection(a, b, ResultDimension::lines); });
-    examination.run("intersection, areas", [&] { return intersection(a, b, ResultDimension::areas); });
-    examination.run("union", [&] { return unionOf(a, b); });
-    examination.run("difference", [&] { return difference(a, b); });
+    const Combination combination{
+        .common = examination.run("intersection, areas", [&] { return intersection(a, b, ResultDimension::areas); }),
+        .rest = examination.run("difference", [&] { return difference(a, b); }),
+        .all = examination.run("union", [&] { return unionOf(a, b); })};
     examination.run("difference, other way", [&] { return difference(b, a); });
     examination.run("intersects", [&] { return intersects(a, b); });
     examination.run("within", [&] { return within(a, b); });
+    if (a.kind() == GeometryKind::polygon && b.kind() == GeometryKind::polygon) {
+        requireAreasAddUp(examination, a, b, combination);
+    }
 }
 
 // Nothing when the path changes nothing, since what is left as it is may be of any form.
@@ -222,6 +285,13 @@ void walk(const Examination& examination, const Geometry& geometry) {
     examination.run("position on the extended", [&] { return positionOnExtended({3, 4}, curve); });
 }
 
+void runParallel(const Examination& examination, const Geometry& geometry, double distance, int options) {
+    const Polygon* polygon = geometry.getIf<Polygon>();
+    const Polyline line = polygon != nullptr ? boundary(*polygon) : geometry.as<Polyline>();
+    examination.run("offset", [&] { return Geometry(offset(line, distance, options)); });
+    examination.run("buffer", [&] { return Geometry(buffer(geometry, distance)); });
+}
+
 } // namespace
 } // namespace qz
 
@@ -229,10 +299,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace qz;
     ShapeReader reader({data, size});
     const unsigned kinds = reader.below(8);
-    const Geometry a = reader.shape(kinds != 0);
-    const Geometry b = reader.shape(kinds > 1 && kinds % 2 == 0);
+    const SpatialReference reference =
+        reader.below(4) == 0 ? SpatialReference() : SpatialReference::unknown(coarseGrid);
+    const double distance = reader.distance();
+    const int options = static_cast<int>(reader.below(16));
+    const Geometry a = reader.shape(kinds != 0, reference);
+    const Geometry b = reader.shape(kinds > 1 && kinds % 2 == 0, reference);
     const Path path = reader.path(false);
     Polyline line;
+    line.spatialReference = reference;
     line.paths.push_back(path);
     const Geometry drawn = line;
 
@@ -244,5 +319,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         withPath.run("cut", [&] { return cut(*polygon, line); });
     }
     walk(withPath, a);
+    runParallel(withPath, a, distance, options);
     return 0;
 }
