@@ -11,12 +11,24 @@ namespace qz {
 
 namespace {
 
-void requireUsable(XY place, std::string_view operation) {
-    if (std::abs(place.x) <= coordinateLimit && std::abs(place.y) <= coordinateLimit) {
-        return;
+bool isUsable(double coordinate) noexcept {
+    const double size = std::abs(coordinate);
+    return size <= coordinateLimit && (size >= smallestCoordinate || size == 0);
+}
+
+const char* faultOf(XY place) noexcept {
+    if (!isFinite(place)) {
+        return "not finite";
     }
-    throw PlatformError(fmt::format("The {} can't be found: the coordinate ({}, {}) is {}.", operation, place.x,
-                                    place.y, isFinite(place) ? "too large" : "not finite"));
+    return std::max(std::abs(place.x), std::abs(place.y)) > coordinateLimit ? "too large"
+                                                                            : "too small to be told from 0";
+}
+
+void requireUsable(XY place, std::string_view operation) {
+    if (!isUsable(place.x) || !isUsable(place.y)) {
+        throw PlatformError(fmt::format("The {} can't be found: the coordinate ({}, {}) is {}.", operation, place.x,
+                                        place.y, faultOf(place)));
+    }
 }
 
 } // namespace

@@ -7,11 +7,12 @@
 
 namespace qz {
 
-// Products of coordinates beyond it overflow.
+// Products of coordinates beyond these overflow, or vanish.
 inline constexpr double coordinateLimit = 1e150;
+inline constexpr double smallestCoordinate = 1e-140; // but for 0
 
 // Throws PlatformError that names the operation ("The union can't be found: …") and the first vertex or control point
-// of an arc whose x or y is not finite or beyond the limit. Empty points pass.
+// of an arc whose x or y is not finite or beyond the limits. Empty points pass.
 void requireUsableCoordinates(const Geometry& geometry, std::string_view operation);
 void requireUsableCoordinates(std::span<const Path> paths, std::string_view operation);
 
