@@ -33,8 +33,9 @@ namespace {
 // what no map has.
 constexpr double coordinates[] = {0,        1,         2,        3,        4,     5,  6,     7,    8,       9,
                                   10,       0,         2,        4,        6,     8,  2.5,   4.75, 1.0 / 3, 7.1,
-                                  4 + 1e-9, 6 - 1e-12, 2 + 1e-4, 8 - 5e-5, 5.001, -3, 100.3, -0.0, 1e-300};
-constexpr double oddCoordinates[] = {1e5, 1e7 + 0.3, 1.7e308, std::numeric_limits<double>::infinity(), undefined};
+                                  4 + 1e-9, 6 - 1e-12, 2 + 1e-4, 8 - 5e-5, 5.001, -3, 100.3, -0.0, 1e-12};
+constexpr double oddCoordinates[] = {1e-300,   1e5, 1e7 + 0.3, 1.7e308, std::numeric_limits<double>::infinity(),
+                                     undefined};
 constexpr double distances[] = {0.5, -0.5, 1, -1, 2, -3, 0, 0.01, 1e-5, -20};
 
 // Arcs take a tenth of the strokes of the usual grid.
