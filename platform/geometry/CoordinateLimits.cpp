@@ -31,6 +31,10 @@ void requireUsable(XY place, std::string_view operation) {
     }
 }
 
+bool isTrace(double coordinate, double resolution) noexcept {
+    return coordinate != 0 && std::abs(coordinate) < traceOfResolution * resolution;
+}
+
 } // namespace
 
 void requireUsableCoordinates(std::span<const Path> paths, std::string_view operation) {
@@ -49,6 +53,25 @@ void requireUsableCoordinates(const Geometry& geometry, std::string_view operati
         requireUsableCoordinates(polyline->paths, operation);
     } else if (!geometry.isEmpty()) {
         forEachVertex(geometry, [operation](const Vertex& vertex) { requireUsable(vertex.xy(), operation); });
+    }
+}
+
+bool hasTraces(std::span<const Path> paths, double resolution) {
+    const auto isTraceAt = [resolution](XY place) {
+        return isTrace(place.x, resolution) || isTrace(place.y, resolution);
+    };
+    return std::ranges::any_of(paths, [&](const Path& path) {
+        return std::ranges::any_of(path.xy(), isTraceAt) ||
+               std::ranges::any_of(path.arcs(), isTraceAt, [](const ArcSegment& arc) { return arc.middle.xy(); });
+    });
+}
+
+void clearTraces(std::span<Path> paths, double resolution) {
+    for (Path& path : paths) {
+        path.transform([resolution](Vertex& vertex) {
+            vertex.x = isTrace(vertex.x, resolution) ? 0 : vertex.x;
+            vertex.y = isTrace(vertex.y, resolution) ? 0 : vertex.y;
+        });
     }
 }
 

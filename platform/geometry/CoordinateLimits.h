@@ -16,4 +16,13 @@ inline constexpr double smallestCoordinate = 1e-140; // but for 0
 void requireUsableCoordinates(const Geometry& geometry, std::string_view operation);
 void requireUsableCoordinates(std::span<const Path> paths, std::string_view operation);
 
+// Coordinates nearer to 0 than this many resolutions count as 0 where areas are worked out: beside usual coordinates
+// their products are lost or underflow, and tests of sides then contradict each other.
+inline constexpr double traceOfResolution = 0x1p-53;
+
+// Whether any vertex or control point of an arc has such a coordinate that isn't 0 itself.
+[[nodiscard]] bool hasTraces(std::span<const Path> paths, double resolution);
+// Sets them to 0.
+void clearTraces(std::span<Path> paths, double resolution);
+
 } // namespace qz

@@ -148,9 +148,10 @@ void requireBalance(const Polygon& source, const Polyline& line, const CutPieces
 } // namespace
 
 std::optional<CutPieces> cut(const Polygon& polygon, const Polyline& line) {
-    const Geometry cutter(line);
     requireUsableCoordinates(polygon, "cut");
-    requireUsableCoordinates(cutter, "cut");
+    requireUsableCoordinates(line.paths, "cut");
+    Geometry cutter(line);
+    clearTraces(cutter.as<Polyline>().paths, polygon.spatialReference.grid().xyResolution);
     const Geometry source(simplified(polygon));
     if (!source.envelope().intersects(cutter.envelope())) {
         return std::nullopt;

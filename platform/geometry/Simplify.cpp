@@ -157,6 +157,12 @@ bool sameValue(double a, double b) noexcept {
 
 Polygon simplified(const Polygon& polygon) {
     requireUsableCoordinates(polygon.rings, "simplified polygon");
+    const double resolution = polygon.spatialReference.grid().xyResolution;
+    if (hasTraces(polygon.rings, resolution)) {
+        Polygon cleared = polygon;
+        clearTraces(cleared.rings, resolution);
+        return simplified(cleared);
+    }
     if (isSimple(polygon)) {
         return polygon;
     }

@@ -99,19 +99,33 @@ bool relates(SpatialRelation relation, const GEOSGeometry* tested, const GEOSGeo
     return false;
 }
 
-// Whether lines and outlines meet in crossings only, none of them within the tolerance of a vertex.
-bool onlyCross(const Geometry& a, const Geometry& b, double tolerance) {
+// How the lines and outlines of two geometries meet; none of the crossings is within the tolerance of a vertex.
+struct OutlineMeetings {
+    bool anyCrossing = false;
+    bool onlyCrossings = false;
+};
+
+OutlineMeetings meetingsOf(const Geometry& a, const Geometry& b, double tolerance) {
     std::vector<const Path*> paths = pathsOf(a);
     const std::size_t own = paths.size();
     std::ranges::copy(pathsOf(b), std::back_inserter(paths));
     if (own == 0 || own == paths.size()) {
-        return false;
+        return {};
     }
     const auto nodes = nodesOf(paths, {.endDistance = tolerance});
-    return std::ranges::all_of(std::span(nodes).first(own), [own](const std::vector<Node>& ofPath) {
-        return std::ranges::all_of(
-            ofPath, [own](const Node& node) { return node.otherPath < own || node.kind == NodeKind::crossing; });
-    });
+    OutlineMeetings meetings{false, true};
+    for (const std::vector<Node>& ofPath : std::span(nodes).first(own)) {
+        for (const Node& node : ofPath) {
+            const bool crosses = node.kind == NodeKind::crossing;
+            meetings.anyCrossing |= node.otherPath >= own && crosses;
+            meetings.onlyCrossings &= node.otherPath < own || crosses;
+        }
+    }
+    return meetings;
+}
+
+bool areAreas(const Geometry& a, const Geometry& b) {
+    return a.kind() == GeometryKind::polygon && b.kind() == GeometryKind::polygon;
 }
 
 bool hasArcs(const Geometry& geometry) {
@@ -134,6 +148,7 @@ struct PreparedRelation::Impl {
 
     [[nodiscard]] bool holdsFor(const Geometry& tested) const;
     [[nodiscard]] bool holdsForStraight(const Geometry& tested) const;
+    [[nodiscard]] bool hasPartInside(const Geometry& tested) const;
     [[nodiscard]] bool relatesClear(const GEOSGeometry* tested) const;
     [[nodiscard]] bool relatesSnapped(const Geometry& tested, const GEOSGeometry* testedGeos) const;
 
@@ -169,7 +184,12 @@ bool PreparedRelation::Impl::relatesClear(const GEOSGeometry* tested) const {
 // Each of the two takes over the places of the other that are within the tolerance, so that a vertex on a slanted
 // segment, which is hardly ever exact, lies on it.
 bool PreparedRelation::Impl::relatesSnapped(const Geometry& tested, const GEOSGeometry* testedGeos) const {
-    if (onlyCross(tested, search, tolerance)) {
+    const OutlineMeetings meetings = meetingsOf(tested, search, tolerance);
+    if (meetings.anyCrossing && areAreas(tested, search)) {
+        return relation ==
+               SpatialRelation::overlaps; // around a crossing lie all four: in both, in one, in the other, in none
+    }
+    if (meetings.onlyCrossings) {
         return relates(relation, testedGeos, geos.get());
     }
     const Envelope window = tested.envelope().expandedBy(tolerance, tolerance);
@@ -194,12 +214,29 @@ bool PreparedRelation::Impl::holdsForStraight(const Geometry& tested) const {
     if (isNear && asksForCommonPointOnly(relation)) {
         return true;
     }
+    if (!isNear && asksForCommonPointOnly(relation) && search.kind() == GeometryKind::polygon &&
+        !tested.envelope().contains(envelope) && !pathsOf(tested).empty()) {
+        return hasPartInside(tested);
+    }
     const GeosGeometryPtr testedGeos = toGeos(tested);
     if (isNear) {
         return relatesSnapped(tested, testedGeos.get());
     }
     const bool meets = answer(GEOSPreparedIntersects_r(handle(), prepared.get(), testedGeos.get()));
     return meets && (asksForCommonPointOnly(relation) || relatesClear(testedGeos.get()));
+}
+
+// For geometries whose outlines are apart and that can't surround the search geometry: each of their paths lies inside
+// or outside as a whole.
+bool PreparedRelation::Impl::hasPartInside(const Geometry& tested) const {
+    return std::ranges::any_of(pathsOf(tested), [this](const Path* path) {
+        if (path->isEmpty()) {
+            return false;
+        }
+        const XY place = path->xy().front();
+        const GeosGeometryPtr point = toGeos(Point({place.x, place.y}));
+        return answer(GEOSPreparedIntersects_r(handle(), prepared.get(), point.get()));
+    });
 }
 
 PreparedRelation::PreparedRelation(const Geometry& search, SpatialRelation relation)

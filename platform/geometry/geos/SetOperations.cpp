@@ -63,12 +63,24 @@ public:
 private:
     std::vector<const Geometry*> simple(std::span<const Geometry* const> given) {
         std::vector<const Geometry*> operands;
+        const double resolution = given.front()->spatialReference().grid().xyResolution;
         for (const Geometry* operand : given) {
-            const Polygon* polygon = operand->getIf<Polygon>();
-            const bool isBad = polygon != nullptr && !isSimple(*polygon);
-            operands.push_back(isBad ? &copies_.emplace_back(simplified(*polygon)) : operand);
+            operands.push_back(simple(*operand, resolution));
         }
         return operands;
+    }
+
+    const Geometry* simple(const Geometry& operand, double resolution) {
+        if (const Polygon* polygon = operand.getIf<Polygon>()) {
+            const bool isGood = !hasTraces(polygon->rings, resolution) && isSimple(*polygon);
+            return isGood ? &operand : &copies_.emplace_back(simplified(*polygon));
+        }
+        if (const Polyline* line = operand.getIf<Polyline>(); line != nullptr && hasTraces(line->paths, resolution)) {
+            Polyline cleared = *line;
+            clearTraces(cleared.paths, resolution);
+            return &copies_.emplace_back(std::move(cleared));
+        }
+        return &operand;
     }
 
     std::deque<Geometry> copies_;
