@@ -10,6 +10,10 @@ namespace {
 
 enum class Step { map = 0, count = 1, extent = 2, size = 3, result = 4 };
 
+double toleranceFor(const Envelope& extent) {
+    return extent.isEmpty() ? 0.0 : (extent.width() + extent.height()) / 2000000;
+}
+
 Envelope inMapReference(const Envelope& extent, const FeatureClass& featureClass, const SpatialReference& map) {
     const SpatialReference& own = featureClass.spatialReference();
     return QZ_SameSpatialReference(own, map) ? extent : projected(extent, own, map);
@@ -34,9 +38,13 @@ double QZ_CalcFuzzyToleranceFC(FeatureClass& featureClass) {
             step = Step::size;
             const Envelope extent = inMapReference(stored, featureClass, map);
             step = Step::result;
-            return extent.isEmpty() ? 0.0 : (extent.width() + extent.height()) / 2000000;
+            return toleranceFor(extent);
         },
         " QZ_CalcFuzzyToleranceFC");
+}
+
+double fuzzyToleranceOf(FeatureClass& featureClass) {
+    return toleranceFor(featureClass.extent());
 }
 
 bool QZ_SameSpatialReference(const SpatialReference& a, const SpatialReference& b) {

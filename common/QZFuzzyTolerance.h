@@ -8,6 +8,9 @@ namespace qz {
 // a class without features. The features are not walked. A failure is reported, and gives 0.
 [[nodiscard]] double QZ_CalcFuzzyToleranceFC(FeatureClass& featureClass);
 
+// The same in the units of the class's own coordinates, for tests on its shapes when the map is in another system.
+[[nodiscard]] double fuzzyToleranceOf(FeatureClass& featureClass);
+
 // Whether coordinates can stay as they are between the two: one is none or of the unknown kind, or both have the same
 // factory code. All custom systems have the code 0 and count as the same.
 [[nodiscard]] bool QZ_SameSpatialReference(const SpatialReference& a, const SpatialReference& b);

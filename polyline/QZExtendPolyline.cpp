@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "common/ErrorExit.h"
-#include "common/QZFuzzyTolerance.h"
+#include "common/InReference.h"
 #include "common/QZPlane.h"
 #include "common/QZSpatialSearch.h"
 #include "platform/Error.h"
@@ -12,7 +12,6 @@
 #include "platform/geometry/Grid.h"
 #include "platform/geometry/MeasureInterpolation.h"
 #include "platform/geometry/Orientation.h"
-#include "platform/geometry/Project.h"
 #include "platform/geometry/SetOperations.h"
 #include "platform/geometry/TangentLine.h"
 #include "platform/geometry/Vectors.h"
@@ -26,12 +25,8 @@ double squaredDistance(XY a, XY b) {
     return dot(b - a, b - a);
 }
 
-XY inReference(XY point, const SpatialReference& from, const SpatialReference& to) {
-    Geometry moved(Point({point.x, point.y}, {.spatialReference = from}));
-    if (!QZ_SameSpatialReference(from, to)) {
-        project(moved, to);
-    }
-    return moved.as<Point>().vertex.xy();
+XY placeOf(XY click, const SpatialReference& from, const SpatialReference& to) {
+    return inReference(Point({click.x, click.y}, {.spatialReference = from}), to).vertex.xy();
 }
 
 // The line so that the end near the click is its last vertex.
@@ -153,9 +148,9 @@ bool QZ_ExtendPolyline2(FeatureLayer& layer, FeatureCursor& cursor, const Extens
         }
         step = Step::extension;
         const SpatialReference& reference = given.spatialReference;
-        const XY first = inReference(clicks.first, clicks.reference, reference);
+        const XY first = placeOf(clicks.first, clicks.reference, reference);
         OrientedLine oriented = towards(first, given);
-        const XY second = inReference(clicks.second, clicks.reference, reference);
+        const XY second = placeOf(clicks.second, clicks.reference, reference);
         const double reach = QZ_Distance2D(first.x, first.y, second.x, second.y);
         Geometry extension(extensionOf(oriented.line, reach));
         step = Step::meeting;

@@ -6,13 +6,12 @@
 #include <fmt/format.h>
 
 #include "common/ErrorExit.h"
+#include "common/InReference.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
-#include "common/QZFuzzyTolerance.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/CurveIndex.h"
-#include "platform/geometry/Project.h"
 #include "platform/geometry/Reshape.h"
 #include "platform/geometry/SetOperations.h"
 #include "platform/geometry/Simplify.h"
@@ -23,14 +22,6 @@ namespace qz {
 namespace {
 
 constexpr int mostDecimals = 30;
-
-Polyline inReferenceOf(const Polyline& line, const Polyline& sketch) {
-    Geometry moved(sketch);
-    if (!QZ_SameSpatialReference(sketch.spatialReference, line.spatialReference)) {
-        project(moved, line.spatialReference);
-    }
-    return moved.as<Polyline>();
-}
 
 // The places where one line has contact with the sketch, each by its text.
 class ContactKeys {
@@ -74,7 +65,7 @@ private:
 };
 
 bool isCandidate(const Polyline& line, const Polyline& sketch, double tolerance, int decimals) {
-    const Polyline simple = simplifiedPlanar(inReferenceOf(line, sketch));
+    const Polyline simple = simplifiedPlanar(inReference(sketch, line.spatialReference));
     ContactKeys keys(line, tolerance, decimals);
     const Geometry crossings = intersection(line, simple, ResultDimension::points);
     for (const Vertex& place : crossings.as<Multipoint>().vertices) {
@@ -135,7 +126,7 @@ bool QZ_ReshapePolyline(FeatureCursor& cursor, Feature* feature, const Polyline&
         const auto& line = feature->shape()->as<Polyline>();
         refresh.add(sketch);
         refresh.add(line);
-        const Polyline simple = simplifiedPlanar(inReferenceOf(line, sketch));
+        const Polyline simple = simplifiedPlanar(inReference(sketch, line.spatialReference));
         if (simple.paths.size() != 1) {
             showMessage("The reshape polyline must be single part geometry");
             return false;

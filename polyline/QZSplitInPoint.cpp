@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "common/ErrorExit.h"
+#include "common/InReference.h"
 #include "common/QZFuzzyTolerance.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
@@ -14,14 +15,6 @@
 namespace qz {
 
 namespace {
-
-Polyline inReference(const Polyline& line, const SpatialReference& reference) {
-    Geometry projectedLine(line);
-    if (!QZ_SameSpatialReference(line.spatialReference, reference)) {
-        project(projectedLine, reference);
-    }
-    return projectedLine.as<Polyline>();
-}
 
 SplitPoint recordAt(const Polyline& line, XY point) {
     return {.x = point.x, .y = point.y, .pos = QZ_PointPosition(line, point).ratioAlong};

@@ -4,11 +4,10 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
-#include "common/QZFuzzyTolerance.h"
+#include "common/InReference.h"
 #include "platform/Error.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Orientation.h"
-#include "platform/geometry/Project.h"
 #include "platform/geometry/Simplify.h"
 #include "platform/geometry/VertexEditing.h"
 
@@ -17,11 +16,7 @@ namespace qz {
 namespace {
 
 XY placeIn(const Geometry& shape, const Point& point) {
-    Geometry moved(point);
-    if (!QZ_SameSpatialReference(point.spatialReference, shape.spatialReference())) {
-        project(moved, shape.spatialReference());
-    }
-    return moved.as<Point>().vertex.xy();
+    return inReference(point, shape.spatialReference()).vertex.xy();
 }
 
 std::vector<Path>& partsOf(Geometry& shape) {

@@ -146,8 +146,6 @@ std::unique_ptr<OGRCurvePolygon> makeStraightPolygon(std::span<const Path> rings
 }
 
 std::unique_ptr<OGRCurvePolygon> makeCurvePolygon(std::span<const Path> rings, const GeometryTraits& traits) {
-    // GDAL warns of open rings where the z of the ends is undefined and so not equal.
-    const QuietGdal quiet;
     auto polygon = std::make_unique<OGRCurvePolygon>();
     setDimensions(*polygon, traits);
     ArcSense roleSense = ArcSense::clockwise;
@@ -161,6 +159,8 @@ std::unique_ptr<OGRCurvePolygon> makeCurvePolygon(std::span<const Path> rings, c
 }
 
 std::unique_ptr<OGRCurvePolygon> makePolygon(std::span<const Path> rings, const GeometryTraits& traits) {
+    // GDAL warns of open rings where the z or m of the ends is undefined and so not equal.
+    const QuietGdal quiet;
     return hasArcs(rings) ? makeCurvePolygon(rings, traits) : makeStraightPolygon(rings, traits);
 }
 
