@@ -4,17 +4,12 @@
 
 #include <cmath>
 #include <random>
-#include <sstream>
 #include <stdexcept>
 
 #include <benchmark/benchmark.h>
 
-#include "component/MKQZGenFunRun.h"
-#include "host/HeadlessHost.h"
-#include "host/RefreshAreaRecord.h"
-#include "platform/data/overlay/OverlayClass.h"
+#include "bench/MemoryLayer.h"
 #include "platform/geometry/geos/GeosGeometry.h"
-#include "platform/store/memory/MemoryStore.h"
 
 namespace {
 
@@ -54,57 +49,27 @@ Lines streetGrid(std::int64_t count) {
     return lines;
 }
 
-Field fieldOf(const char* name, FieldType type) {
-    Field field;
-    field.name = field.alias = name;
-    field.type = type;
-    return field;
+std::vector<Geometry> shapesOf(const Lines& lines) {
+    std::vector<Geometry> shapes;
+    for (const auto& line : lines) {
+        Polyline polyline;
+        polyline.paths.emplace_back(line);
+        shapes.emplace_back(std::move(polyline));
+    }
+    return shapes;
 }
 
-// The lines as a layer with a name and an address range, by default rules.
-struct Streets {
-    explicit Streets(const Lines& lines) {
-        auto store = std::make_unique<MemoryStore>();
-        Schema schema;
-        schema.name = "streets";
-        schema.classId = 1;
-        schema.shape.emplace();
-        schema.shape->kind = GeometryKind::polyline;
-        const SpatialReference reference = SpatialReference::fromEpsg(25832);
-        schema.shape->spatialReference = reference;
-        schema.fields = {fieldOf("NAME", FieldType::string), fieldOf("FROM_L", FieldType::integer),
-                         fieldOf("TO_L", FieldType::integer)};
-        MemoryTable& table = store->addTable(std::move(schema));
-        for (const auto& line : lines) {
-            Polyline polyline;
-            polyline.spatialReference = reference;
-            polyline.paths.emplace_back(line);
-            table.add(Geometry(std::move(polyline)), {std::string("Elm Row"), 1.0, 99.0});
-        }
-        workspace = std::make_unique<OverlayWorkspace>(std::move(store));
-        layer = &host.focusMap().addLayer("streets", *workspace->table("streets"));
-        workspace->startEditing();
-    }
-
-    std::ostringstream terminal;
-    HeadlessHost host{terminal, false};
-    RefreshAreaRecord refresh;
-    MKQZGenFunRun component;
-    std::unique_ptr<OverlayWorkspace> workspace;
-    FeatureLayer* layer = nullptr;
-};
-
 void node(benchmark::State& state, const Lines& lines) {
-    Streets streets(lines);
+    bench::MemoryLayer streets(shapesOf(lines));
     for (auto _ : state) {
         streets.workspace->startEditOperation();
-        const CursorPtr cursor = streets.layer->featureClass().update({});
+        const CursorPtr cursor = streets.featureClass().update({});
         if (!streets.component.QZ_SelectAndIntersectRun(*streets.layer, *cursor, 0, streets.refresh, 0.001, false,
                                                         streets.host)) {
             throw std::runtime_error("nothing was cut");
         }
         state.PauseTiming();
-        state.counters["pieces"] = static_cast<double>(streets.layer->featureClass().count());
+        state.counters["pieces"] = static_cast<double>(streets.featureClass().count());
         streets.workspace->abortEditOperation();
         state.ResumeTiming();
     }
@@ -145,12 +110,12 @@ void geosGrid(benchmark::State& state) {
 
 // One line of the layer, cut in its middle.
 void splitOne(benchmark::State& state) {
-    Streets streets(wanderingLines(state.range(0)));
+    bench::MemoryLayer streets(shapesOf(wanderingLines(state.range(0))));
     FeatureFilter one;
     one.ids = std::vector<ObjectId>{state.range(0) / 2};
     for (auto _ : state) {
         streets.workspace->startEditOperation();
-        const CursorPtr cursor = streets.layer->featureClass().search(one);
+        const CursorPtr cursor = streets.featureClass().search(one);
         if (!streets.component.QZ_SplitInPoint2(*streets.layer, *cursor, nullptr, streets.refresh, "Middle", 0, {}, {},
                                                 nullptr, streets.host, false, 0)) {
             throw std::runtime_error("the line was not cut");

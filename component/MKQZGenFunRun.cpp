@@ -4,6 +4,7 @@
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
+#include "polygon/QZSplitPolygon.h"
 #include "polyline/QZExplode.h"
 #include "polyline/QZExtendPolyline.h"
 #include "polyline/QZFlip.h"
@@ -76,6 +77,18 @@ bool MKQZGenFunRun::QZ_InsertVertexRun(FeatureCursor& pFeatureCursor, FeatureLay
                                        bool bSame, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_InsertVertexRun(pFeatureCursor, pFeature, pPoint, pRefresh, pInsertPoint, bSame);
+}
+
+bool MKQZGenFunRun::QZ_SplitPolygonRun(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh,
+                                       Application& pApp) noexcept {
+    setApplication(pApp);
+    return QZ_SplitPolygon(pFLayer, pPolyline, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_SplitPolygon2(FeatureLayer& pFLayer, double lFID, const Polyline& pPolyline,
+                                     RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_SplitPolygon2(pFLayer, lFID, pPolyline, pRefresh);
 }
 
 bool MKQZGenFunRun::QZ_QuickDelete(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,

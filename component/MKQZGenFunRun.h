@@ -83,6 +83,19 @@ public:
                             const Point& pPoint, double dSearchTol, RefreshArea& pRefresh, Point& pInsertPoint,
                             bool bSame, Application& pApp) noexcept;
 
+    // Replaces every polygon of the layer that the line crosses from side to side by its two pieces, with values by the
+    // layer's attribute rules. A polygon that the line starts or ends in, or only touches, stays; it gets the vertices
+    // that the cuts made on its boundary. A line that ends in a hole cuts nothing there: the user is told, and the
+    // polygon is drawn in red.
+    // False after a failure, which is reported.
+    bool QZ_SplitPolygonRun(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh,
+                            Application& pApp) noexcept;
+
+    // The same for the polygon with the object id `lFID` alone; the others that the line meets are its neighbours.
+    // False after a failure, which is reported.
+    bool QZ_SplitPolygon2(FeatureLayer& pFLayer, double lFID, const Polyline& pPolyline, RefreshArea& pRefresh,
+                          Application& pApp) noexcept;
+
     // Deletes every feature that the cursor delivers, null shapes included; shapes are added to the refresh area
     // before. `fCount` sizes the progress ("Deleting features: "), nothing else; `sSource` has no effect. False after a
     // failure, which is reported; what was deleted before it stays deleted.

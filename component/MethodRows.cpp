@@ -82,8 +82,8 @@ const std::vector<MethodInfo>& methodTable() {
                                     {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
         planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, Application&)>(
             "QZ_AddPolygonRun", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pApp"}),
-        planned<bool(FeatureLayer&, const Polyline&, RefreshArea&, Application&)>(
-            "QZ_SplitPolygonRun", {"pFLayer", "pPolyline", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_SplitPolygonRun, "QZ_SplitPolygonRun",
+                  {"pFLayer", "pPolyline", "pRefresh", "pApp"}),
         planned<bool(FeatureLayer&, const Polygon&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
                      Application&)>("QZ_PolygonAsPolylineRun",
                                     {"pFLayer", "pPolygon", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
@@ -172,8 +172,8 @@ const std::vector<MethodInfo>& methodTable() {
         planned<std::optional<Polyline>(const Polygon&, const std::string&, bool, double, double, const std::string&,
                                         const std::string&, Application&)>(
             "QZ_FindSplitAreaLine", {"pPg", "sStart", "bArea", "dRequired", "dDeltaA", "sUin", "sUout", "pApp"}),
-        planned<bool(FeatureLayer&, double, const Polyline&, RefreshArea&, Application&)>(
-            "QZ_SplitPolygon2", {"pFLayer", "lFID", "pPolyline", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_SplitPolygon2, "QZ_SplitPolygon2",
+                  {"pFLayer", "lFID", "pPolyline", "pRefresh", "pApp"}),
         planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, const SpatialReference&, std::int16_t,
                      std::int16_t, const std::string&, const std::string&, Application&)>(
             "QZ_CogoInverse", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "lLinPrec", "lAngPrec",

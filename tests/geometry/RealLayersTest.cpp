@@ -1,32 +1,16 @@
 // The properties of the geometry engine on every layer of the folder that QZ_REAL_LAYERS names.
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/store/Stores.h"
 #include "tests/geometry/EngineProperties.h"
+#include "tests/support/RealData.h"
 
 namespace qz {
 namespace {
-
-std::vector<std::string> dataSets() {
-    const char* folder = std::getenv("QZ_REAL_LAYERS");
-    std::vector<std::string> paths;
-    if (folder != nullptr) {
-        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-            const std::string ending = entry.path().extension().string();
-            if (ending == ".gpkg" || ending == ".shp" || ending == ".gdb") {
-                paths.push_back(entry.path().string());
-            }
-        }
-    }
-    std::ranges::sort(paths);
-    return paths;
-}
 
 std::vector<Geometry> shapesOf(FeatureSource& source) {
     std::vector<Geometry> shapes;
@@ -95,7 +79,7 @@ void checkLayer(FeatureSource& source) {
 }
 
 TEST(RealLayers, KeepTheProperties) {
-    const std::vector<std::string> paths = dataSets();
+    const std::vector<std::string> paths = test::realDataSets();
     if (paths.empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
