@@ -4,6 +4,7 @@
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
+#include "polygon/QZFindSplitAreaLine.h"
 #include "polygon/QZSplitPolygon.h"
 #include "polyline/QZExplode.h"
 #include "polyline/QZExtendPolyline.h"
@@ -89,6 +90,14 @@ bool MKQZGenFunRun::QZ_SplitPolygon2(FeatureLayer& pFLayer, double lFID, const P
                                      RefreshArea& pRefresh, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_SplitPolygon2(pFLayer, lFID, pPolyline, pRefresh);
+}
+
+std::optional<Polyline> MKQZGenFunRun::QZ_FindSplitAreaLine(const Polygon& pPg, const std::string& sStart, bool bArea,
+                                                            double& dRequired, double& dDeltaA, const std::string& sUin,
+                                                            const std::string& sUout, Application& pApp) noexcept {
+    setApplication(pApp);
+    const ShareKind kind = bArea ? ShareKind::area : ShareKind::percentage;
+    return qz::QZ_FindSplitAreaLine(pPg, {sStart, kind, sUin, sUout}, dRequired, dDeltaA);
 }
 
 bool MKQZGenFunRun::QZ_QuickDelete(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,

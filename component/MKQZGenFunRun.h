@@ -96,6 +96,16 @@ public:
     bool QZ_SplitPolygon2(FeatureLayer& pFLayer, double lFID, const Polyline& pPolyline, RefreshArea& pRefresh,
                           Application& pApp) noexcept;
 
+    // Finds a line along the side "bot", "top", "left" or "right" of the polygon's envelope that cuts off `dRequired`,
+    // an area (`bArea`) or a percentage, give or take `dDeltaA`. Areas are in the unit `sUin` and become those in
+    // `sUout`, the unit of the coordinates squared; see QZ_ConvertArea for the units. The line rests at the last place
+    // that cut off no more than required. When 32 tries don't suffice the user is told what was achieved, and gets that
+    // line: measure shares above four fifths from the opposite side. Nothing, with a notice, for a share that the
+    // polygon doesn't have and for an unknown side; nothing after a failure, which is reported.
+    std::optional<Polyline> QZ_FindSplitAreaLine(const Polygon& pPg, const std::string& sStart, bool bArea,
+                                                 double& dRequired, double& dDeltaA, const std::string& sUin,
+                                                 const std::string& sUout, Application& pApp) noexcept;
+
     // Deletes every feature that the cursor delivers, null shapes included; shapes are added to the refresh area
     // before. `fCount` sizes the progress ("Deleting features: "), nothing else; `sSource` has no effect. False after a
     // failure, which is reported; what was deleted before it stays deleted.

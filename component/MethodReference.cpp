@@ -6,6 +6,8 @@
 #include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 
+#include "component/MethodHelp.h"
+
 namespace qz {
 
 namespace {
@@ -81,6 +83,7 @@ Json asJson(const MethodInfo& method) {
     return {{"order", method.order},
             {"name", method.name},
             {"available", method.isAvailable()},
+            {"purpose", helpFor(method.name).purpose},
             {"parameters", std::move(parameters)},
             {"result", nameOf(method.result)}};
 }
@@ -88,12 +91,14 @@ Json asJson(const MethodInfo& method) {
 std::string inFull(const MethodInfo& method) {
     std::string text = fmt::format("{}  ({} of {}{})\n  result: {}\n", method.name, method.order, methodTable().size(),
                                    method.isAvailable() ? "" : ", not available yet", nameOf(method.result));
+    const MethodHelp help = helpFor(method.name);
+    text += help.purpose.empty() ? "" : fmt::format("  {}\n", help.purpose);
     for (const ParameterInfo& parameter : method.parameters) {
         const std::string notes = remarks(parameter);
         text += fmt::format("  --{:<18} {}{}{}\n", parameter.name, nameOf(parameter.kind), notes.empty() ? "" : ", ",
                             notes);
     }
-    return text;
+    return text + (help.example.empty() ? "" : fmt::format("Example:\n  qz run {} {}\n", method.name, help.example));
 }
 
 } // namespace
@@ -133,8 +138,9 @@ std::string methodsAsMarkdown(const MethodSelection& methods) {
     std::string text = "# Methods\n\n"
                        "Written by `qz methods --markdown`. Parameters are passed by reference unless marked.\n";
     for (const MethodInfo* method : methods) {
-        text += fmt::format("\n## {}. {}\n\nResult: {}.{}\n\n| parameter | kind | remarks |\n|---|---|---|\n",
-                            method->order, method->name, nameOf(method->result),
+        const std::string_view purpose = helpFor(method->name).purpose;
+        text += fmt::format("\n## {}. {}\n\n{}{}Result: {}.{}\n\n| parameter | kind | remarks |\n|---|---|---|\n",
+                            method->order, method->name, purpose, purpose.empty() ? "" : "\n\n", nameOf(method->result),
                             method->isAvailable() ? "" : " Not available yet.");
         for (const ParameterInfo& parameter : method->parameters) {
             text += fmt::format("| `{}` | {} | {} |\n", parameter.name, nameOf(parameter.kind), remarks(parameter));

@@ -169,9 +169,8 @@ const std::vector<MethodInfo>& methodTable() {
         planned<bool(FeatureClass&, FeatureCursor&, const Point&, RefreshArea&, bool, double, Application&)>(
             "QZ_SquarePolygonAnglesRun",
             {"pFeatureClass", "pFeatureCursor", "pPoint", "pRefresh", "bTool", "dAngTol", "pApp"}),
-        planned<std::optional<Polyline>(const Polygon&, const std::string&, bool, double, double, const std::string&,
-                                        const std::string&, Application&)>(
-            "QZ_FindSplitAreaLine", {"pPg", "sStart", "bArea", "dRequired", "dDeltaA", "sUin", "sUout", "pApp"}),
+        available(&MKQZGenFunRun::QZ_FindSplitAreaLine, "QZ_FindSplitAreaLine",
+                  {"pPg", "sStart", "bArea", "dRequired", "dDeltaA", "sUin", "sUout", "pApp"}),
         available(&MKQZGenFunRun::QZ_SplitPolygon2, "QZ_SplitPolygon2",
                   {"pFLayer", "lFID", "pPolyline", "pRefresh", "pApp"}),
         planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, const SpatialReference&, std::int16_t,

@@ -2,11 +2,13 @@
 
 #include <fstream>
 #include <iostream>
+#include <optional>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include "platform/Error.h"
+#include "platform/geometry/WellKnown.h"
 
 namespace qz {
 
@@ -15,6 +17,19 @@ namespace {
 std::string counts(const RowChanges& changes) {
     return fmt::format("{} inserted, {} updated, {} deleted", changes.inserted.size(), changes.updated.size(),
                        changes.deleted.size());
+}
+
+// Nothing for a result that is no shape.
+std::optional<std::string> wellKnownText(const Result& result) {
+    return std::visit(
+        [](const auto& content) -> std::optional<std::string> {
+            if constexpr (requires { toWkt(content); }) {
+                return toWkt(content);
+            } else {
+                return std::nullopt;
+            }
+        },
+        result);
 }
 
 std::string outcome(const RunReport& report) {
@@ -27,10 +42,14 @@ std::string outcome(const RunReport& report) {
     if (!report.succeeded()) {
         return report.saved ? "failed; what it had saved by itself stays" : "refused or failed; nothing was saved";
     }
+    const std::string changes = counts(report.changes) + (report.saved ? "; saved" : "");
     if (const auto* text = std::get_if<std::string>(&report.result)) {
         return *text;
     }
-    return counts(report.changes) + (report.saved ? "; saved" : "");
+    if (const auto shape = wellKnownText(report.result)) {
+        return *shape + "; " + changes;
+    }
+    return changes;
 }
 
 } // namespace

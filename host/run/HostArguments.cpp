@@ -100,6 +100,8 @@ Argument HostArguments::supplied(const ParameterInfo& parameter) {
         return insertBuffer();
     case ParameterKind::feature:
         return data_.selected.empty() ? Argument() : Argument(cursorRow(data_.selected.front()));
+    case ParameterKind::polygon:
+        return parameter.name == "pPg" ? selectedPolygon() : Argument();
     case ParameterKind::activeView:
         return static_cast<ActiveView*>(&host_.focusMap().activeView());
     case ParameterKind::application:
@@ -114,6 +116,15 @@ Argument HostArguments::supplied(const ParameterInfo& parameter) {
     default:
         return fallback(parameter);
     }
+}
+
+Argument HostArguments::selectedPolygon() {
+    if (data_.selected.empty()) {
+        return {};
+    }
+    const FeaturePtr row = cursorRow(data_.selected.front());
+    const bool isPolygon = row->shape() && row->shape()->getIf<Polygon>();
+    return isPolygon ? Argument(row->shape()->as<Polygon>()) : Argument();
 }
 
 Argument HostArguments::fallback(const ParameterInfo& parameter) {

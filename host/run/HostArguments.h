@@ -35,6 +35,8 @@ public:
 private:
     [[nodiscard]] Argument given(const ParameterInfo& parameter, const std::string& text);
     [[nodiscard]] Argument supplied(const ParameterInfo& parameter);
+    // The shape of the first selected feature.
+    [[nodiscard]] Argument selectedPolygon();
     [[nodiscard]] Argument fallback(const ParameterInfo& parameter);
     [[nodiscard]] Argument layerOf(const RunLayer& layer) const;
     [[nodiscard]] Argument selectionCursor(const ParameterInfo& parameter);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "component/MKQZGenFunRun.h"
+#include "component/MethodHelp.h"
 #include "component/MethodReference.h"
 #include "component/PlatformRelease.h"
 #include "host/HeadlessHost.h"
@@ -48,6 +49,12 @@ TEST(MethodTable, KnowsKindsDefaultsAndDirections) {
     EXPECT_FALSE(findMethod("QZ_AnalyseNodes").findParameter("bChecked")->isRequired());
     EXPECT_EQ(findMethod("QZ_AnalyseNodes").result, ResultKind::pointCollection);
     EXPECT_EQ(findMethod("QZ_FindSplitAreaLine").result, ResultKind::polyline);
+}
+
+TEST(MethodTable, HelpGoesWithAvailability) {
+    for (const MethodInfo& method : methodTable()) {
+        EXPECT_EQ(helpFor(method.name).purpose.empty(), !method.isAvailable()) << method.name;
+    }
 }
 
 TEST(MethodTable, WrongNamesGetAHint) {

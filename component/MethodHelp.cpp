@@ -1,0 +1,67 @@
+#include "component/MethodHelp.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qz {
+
+namespace {
+
+constexpr MethodHelp texts[] = {
+    {"QZ_Flip", "Reverses the direction of the selected lines.",
+     "--data town.gpkg:streets --where \"name = 'Mill Street'\""},
+    {"QZ_Explode", "Replaces each selected line or polygon of several parts by a feature for each part.",
+     "--data town.gpkg:streets --all"},
+    {"QZ_ExtendPolyline2",
+     "Lengthens the selected line, at its end nearer to the start point, to the next line within the distance of the "
+     "two "
+     "points. With bSplit that line is cut there.",
+     "--data town.gpkg:streets --fid 7 --pStartPoint 548300,5806500 --pEndPoint 548320,5806500 --dFuzzy 0.001 "
+     "--bSplit true --bOver false"},
+    {"QZ_SelectAndIntersectRun",
+     "Cuts the selected lines where they cross themselves and each other. Attributes follow the rules of the layer.",
+     "--data town.gpkg:streets --all --bOver false"},
+    {"QZ_SplitInPoint2",
+     "Cuts the selected line at the place (Point) or vertex (Vertex) nearest to a point, in its middle (Middle), at "
+     "every "
+     "vertex (AllVertices) or at a distance from its start (Distance).",
+     "--data town.gpkg:streets --fid 7 --sOption Distance --dSplitLength 25 --bOver false"},
+    {"QZ_ReshapePolyline", "Gives the selected line the course of a sketch between their first and last contact.",
+     "--data town.gpkg:streets --fid 7 --pReshPolyline \"LINESTRING (548300 5806500, 548310 5806520)\""},
+    {"QZ_GetReshFeature", "Finds the lines that a sketch meets in two places or more.",
+     "--data town.gpkg:streets --all --pReshPolyline \"LINESTRING (548300 5806500, 548310 5806520)\" --dSearchTol 1 "
+     "--iPrec 3"},
+    {"QZ_InsertVertexRun",
+     "Inserts a vertex into the selected feature: at the point with bSame, else where the feature is nearest to it.",
+     "--data town.gpkg:parcels --fid 3 --pPoint 548300,5806500 --bSame false"},
+    {"QZ_DeleteMultiVertices", "Removes the vertices inside a rectangle from the selected features.",
+     "--data town.gpkg:streets --all --pEnv 548300,5806500,548310,5806510"},
+    {"QZ_SplitPolygonRun",
+     "Cuts every polygon that the line crosses from side to side. Neighbours get the new vertices on their boundaries.",
+     "--data town.gpkg:parcels --pPolyline \"LINESTRING (548300 5806400, 548400 5806600)\""},
+    {"QZ_SplitPolygon2", "Cuts one polygon, named by its object id, with a line.",
+     "--data town.gpkg:parcels --lFID 3 --pPolyline \"LINESTRING (548300 5806400, 548400 5806600)\""},
+    {"QZ_FindSplitAreaLine",
+     "Finds the line along one side of a polygon (bot, top, left, right) that cuts off an area, or a percentage with "
+     "bArea false. The polygon is pPg, or the first one selected. Measure shares above four fifths from the opposite "
+     "side: from this one the search may leave the polygon, and then tells how far it came.",
+     "--data town.gpkg:parcels --fid 3 --sStart bot --bArea true --dRequired 2 --dDeltaA 0.01 --sUin Ares "
+     "--sUout SquareMeters"},
+    {"QZ_QuickDelete", "Deletes the selected features.", "--data town.gpkg:streets --fid 3,7"},
+    {"QZ_InsertFeatureRun", "Inserts a copy of the selected feature with another shape.",
+     "--data town.gpkg:survey_points --fid 3 --pGeometry 548300,5806500"},
+    {"QZ_AddPointA", "Adds a point with attributes.",
+     "--data town.gpkg:survey_points --pPoint 548300,5806500 --fieldDic '{\"CODE\": \"P1\"}' --bEditing true"},
+    {"QZ_PasteAttributes", "Writes attributes into the selected features.",
+     "--data town.gpkg:streets --fid 3,7 --fieldDic '{\"name\": \"Elm Row\"}' --bEditing true"},
+    {"GetQZVersion", "Tells the version, the platform release and the day of the build.", ""},
+};
+
+} // namespace
+
+MethodHelp helpFor(std::string_view method) noexcept {
+    const auto* found = std::ranges::find(texts, method, &MethodHelp::method);
+    return found == std::end(texts) ? MethodHelp{} : *found;
+}
+
+} // namespace qz
