@@ -184,7 +184,8 @@ std::vector<ObjectId> EditedTable::candidates(const FeatureFilter& filter, const
         return existing(*filter.ids);
     }
     if (shape) {
-        return idsIn(shape->envelope());
+        const double tolerance = shape->spatialReference().grid().xyTolerance; // relations hold within it
+        return idsIn(shape->envelope().expandedBy(tolerance, tolerance));
     }
     return filter.where.empty() ? allIds() : idsWhere(filter.where);
 }

@@ -55,17 +55,29 @@ ObjectId MemoryTable::add(std::optional<Geometry> shape, const std::vector<Value
         record->values[first + i] = convertedTo(schema_.fields[first + i], values[i]);
     }
     rows_.emplace(record->id, record);
+    places_.reset();
     return record->id;
 }
 
-Envelope MemoryTable::extent() {
-    Envelope extent;
-    for (const auto& [id, row] : rows_) {
-        if (row->shape) {
-            extent.expandToInclude(row->shape->envelope());
+const MemoryTable::Places& MemoryTable::places() {
+    if (!places_) {
+        Places made;
+        std::vector<Envelope> envelopes;
+        for (const auto& [id, row] : rows_) {
+            if (row->shape) {
+                made.ids.push_back(id);
+                envelopes.push_back(row->shape->envelope());
+                made.extent.expandToInclude(envelopes.back());
+            }
         }
+        made.tree = PackedEnvelopeTree(envelopes);
+        places_ = std::move(made);
     }
-    return extent;
+    return *places_;
+}
+
+Envelope MemoryTable::extent() {
+    return places().extent;
 }
 
 std::vector<ObjectId> MemoryTable::ids() {
@@ -78,11 +90,9 @@ std::vector<ObjectId> MemoryTable::ids() {
 
 std::vector<ObjectId> MemoryTable::idsIn(const Envelope& window) {
     std::vector<ObjectId> hits;
-    for (const auto& [id, row] : rows_) {
-        if (row->shape && row->shape->envelope().intersects(window)) {
-            hits.push_back(id);
-        }
-    }
+    const Places& known = places();
+    known.tree.query(window, [&](std::size_t i) { hits.push_back(known.ids[i]); });
+    std::ranges::sort(hits);
     return hits;
 }
 
@@ -136,6 +146,7 @@ MemoryTable::Rows MemoryTable::changed(const TableChanges& changes, const std::f
 
 void MemoryTable::replaceRows(Rows rows, ObjectId nextId) {
     rows_ = std::move(rows);
+    places_.reset();
     nextId_ = std::max(nextId_, nextId);
 }
 

@@ -2,10 +2,12 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/data/FeatureSource.h"
+#include "platform/geometry/EnvelopeIndex.h"
 
 namespace qz {
 
@@ -38,9 +40,18 @@ public:
     void addField(const Field& field);
 
 private:
+    // Where the rows are; made by the first question about places after a change.
+    struct Places {
+        std::vector<ObjectId> ids; // of the rows with a shape
+        PackedEnvelopeTree tree;   // of their envelopes
+        Envelope extent;
+    };
+    [[nodiscard]] const Places& places();
+
     Schema schema_;
     Rows rows_;
     ObjectId nextId_ = 1;
+    std::optional<Places> places_;
 };
 
 // A data set in memory, with everything that any format can hold.
