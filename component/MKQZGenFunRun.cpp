@@ -6,6 +6,7 @@
 #include "common/QZInsertFeature.h"
 #include "polygon/QZFindSplitAreaLine.h"
 #include "polygon/QZSplitPolygon.h"
+#include "polyline/QZAddPolyline.h"
 #include "polyline/QZExplode.h"
 #include "polyline/QZExtendPolyline.h"
 #include "polyline/QZFlip.h"
@@ -78,6 +79,27 @@ bool MKQZGenFunRun::QZ_InsertVertexRun(FeatureCursor& pFeatureCursor, FeatureLay
                                        bool bSame, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_InsertVertexRun(pFeatureCursor, pFeature, pPoint, pRefresh, pInsertPoint, bSame);
+}
+
+bool MKQZGenFunRun::QZ_AddPolyline(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh,
+                                   std::int32_t& fCount, bool bAdd, const std::string& sAction, bool bOver,
+                                   Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_AddPolyline(pApp, pFLayer, pPolyline, pRefresh, fCount, {bAdd, sAction, bOver});
+}
+
+bool MKQZGenFunRun::QZ_AddPolylineA(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh,
+                                    std::int32_t& fCount, bool bAdd, const std::string& sAction, bool bOver,
+                                    const Dictionary* fieldDic, bool bEditing, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_AddPolylineA(pApp, pFLayer, pPolyline, pRefresh, fCount, {bAdd, sAction, bOver}, fieldDic, bEditing);
+}
+
+bool MKQZGenFunRun::QZ_PolygonAsPolylineRun(FeatureLayer& pFLayer, const Polygon& pPolygon, RefreshArea& pRefresh,
+                                            std::int32_t& fCount, bool bAdd, const std::string& sAction, bool bOver,
+                                            Application& pApp) noexcept {
+    setApplication(pApp);
+    return QZ_PolygonAsPolyline(pApp, pFLayer, pPolygon, pRefresh, fCount, {bAdd, sAction, bOver});
 }
 
 bool MKQZGenFunRun::QZ_SplitPolygonRun(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh,

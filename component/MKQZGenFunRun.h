@@ -83,6 +83,25 @@ public:
                             const Point& pPoint, double dSearchTol, RefreshArea& pRefresh, Point& pInsertPoint,
                             bool bSame, Application& pApp) noexcept;
 
+    // Puts a line into the layer so that lines end where they meet: with `bAdd` it is stored, and it and all lines that
+    // it meets are cut; without it only cuts the others. `sAction` "Add" stores it and cuts nothing. `fCount` sizes the
+    // progress: a negative one switches the cutting off, and 0 becomes 1 with `bAdd`. The new line has no attributes.
+    // False after a failure, which is reported.
+    bool QZ_AddPolyline(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh, std::int32_t& fCount,
+                        bool bAdd, const std::string& sAction, bool bOver, Application& pApp) noexcept;
+
+    // The same; the new line has the values of `fieldDic`, as in QZ_AddPointA, and the height 0.
+    // False after a failure, which is reported.
+    bool QZ_AddPolylineA(FeatureLayer& pFLayer, const Polyline& pPolyline, RefreshArea& pRefresh, std::int32_t& fCount,
+                         bool bAdd, const std::string& sAction, bool bOver, const Dictionary* fieldDic, bool bEditing,
+                         Application& pApp) noexcept;
+
+    // The same with the boundary of a polygon. `sAction` "Erase" deletes the lines whose middle lies inside it too.
+    // False after a failure, which is reported.
+    bool QZ_PolygonAsPolylineRun(FeatureLayer& pFLayer, const Polygon& pPolygon, RefreshArea& pRefresh,
+                                 std::int32_t& fCount, bool bAdd, const std::string& sAction, bool bOver,
+                                 Application& pApp) noexcept;
+
     // Replaces every polygon of the layer that the line crosses from side to side by its two pieces, with values by the
     // layer's attribute rules. A polygon that the line starts or ends in, or only touches, stays; it gets the vertices
     // that the cuts made on its boundary. A line that ends in a hole cuts nothing there: the user is told, and the

@@ -36,6 +36,21 @@ constexpr MethodHelp texts[] = {
      "--data town.gpkg:parcels --fid 3 --pPoint 548300,5806500 --bSame false"},
     {"QZ_DeleteMultiVertices", "Removes the vertices inside a rectangle from the selected features.",
      "--data town.gpkg:streets --all --pEnv 548300,5806500,548310,5806510"},
+    {"QZ_AddPolyline",
+     "Adds a line to a network and cuts it and all lines that it meets; without bAdd it only cuts the others. The "
+     "action "
+     "Add cuts nothing.",
+     "--data town.gpkg:streets --pPolyline \"LINESTRING (548300 5806400, 548400 5806600)\" --bAdd true --sAction Node "
+     "--bOver false"},
+    {"QZ_AddPolylineA", "The same as QZ_AddPolyline, with attributes for the new line.",
+     "--data town.gpkg:streets --pPolyline \"LINESTRING (548300 5806400, 548400 5806600)\" --bAdd true --sAction Node "
+     "--bOver false --fieldDic '{\"name\": \"Elm Row\"}' --bEditing true"},
+    {"QZ_PolygonAsPolylineRun",
+     "Adds the boundary of a polygon to a network of lines as QZ_AddPolyline does. The action Erase deletes the lines "
+     "inside it.",
+     "--data town.gpkg:streets --pPolygon \"POLYGON ((548300 5806400, 548300 5806500, 548400 5806500, 548300 "
+     "5806400))\" "
+     "--bAdd true --sAction Erase --bOver false"},
     {"QZ_SplitPolygonRun",
      "Cuts every polygon that the line crosses from side to side. Neighbours get the new vertices on their boundaries.",
      "--data town.gpkg:parcels --pPolyline \"LINESTRING (548300 5806400, 548400 5806600)\""},

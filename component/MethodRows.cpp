@@ -77,16 +77,14 @@ const std::vector<MethodInfo>& methodTable() {
                      RefreshArea&, const SpatialReference&, Application&)>(
             "QZ_SmoothRun",
             {"pFeatureClass", "pFeatureCursor", "sCurType", "iPar0", "iPar1", "fCount", "pRefresh", "pInSref", "pApp"}),
-        planned<bool(FeatureLayer&, const Polyline&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
-                     Application&)>("QZ_AddPolyline",
-                                    {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
+        available(&MKQZGenFunRun::QZ_AddPolyline, "QZ_AddPolyline",
+                  {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
         planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, Application&)>(
             "QZ_AddPolygonRun", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_SplitPolygonRun, "QZ_SplitPolygonRun",
                   {"pFLayer", "pPolyline", "pRefresh", "pApp"}),
-        planned<bool(FeatureLayer&, const Polygon&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
-                     Application&)>("QZ_PolygonAsPolylineRun",
-                                    {"pFLayer", "pPolygon", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
+        available(&MKQZGenFunRun::QZ_PolygonAsPolylineRun, "QZ_PolygonAsPolylineRun",
+                  {"pFLayer", "pPolygon", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
         planned<std::optional<Polygon>(FeatureClass&, const Point&, double, double, double, Application&)>(
             "QZ_CreatePieSegment", {"pFeatureClass", "pPoint", "dDist", "dCentralAngle", "dPolarDir", "pApp"}),
         planned<bool(FeatureClass&, const Point&, const Dictionary*, Application&)>(
@@ -177,9 +175,8 @@ const std::vector<MethodInfo>& methodTable() {
                      std::int16_t, const std::string&, const std::string&, Application&)>(
             "QZ_CogoInverse", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "lLinPrec", "lAngPrec",
                                "sDirType", "sDirUnits", "pApp"}),
-        planned<bool(FeatureLayer&, const Polyline&, RefreshArea&, std::int32_t, bool, const std::string&, bool,
-                     const Dictionary*, bool, Application&)>(
-            "QZ_AddPolylineA",
+        available(
+            &MKQZGenFunRun::QZ_AddPolylineA, "QZ_AddPolylineA",
             {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "fieldDic", "bEditing", "pApp"}),
         available(&MKQZGenFunRun::QZ_AddPointA, "QZ_AddPointA",
                   {"pFLayer", "pPoint", "pRefresh", "fieldDic", "bEditing", "pApp"}),

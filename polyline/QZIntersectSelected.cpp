@@ -137,9 +137,9 @@ LineNetwork collected(Application& application, FeatureCursor& cursor, std::int3
 
 } // namespace
 
-bool IntersectSelected2(Application& application, FeatureLayer& layer, FeatureCursor& cursor, std::int32_t expected,
-                        RefreshArea& refresh, bool bOver) {
-    return withSteppedExit(" IntersectSelected2 w=", Step::layer, false, [&](Step& step) {
+std::optional<bool> intersectSelected(Application& application, FeatureLayer& layer, FeatureCursor& cursor,
+                                      std::int32_t expected, RefreshArea& refresh, bool bOver) {
+    return withSteppedExit(" IntersectSelected2 w=", Step::layer, std::optional<bool>(), [&](Step& step) {
         LineSplitter splitter(layer, bOver);
         step = Step::collect;
         std::optional<LineNetwork> network = collected(application, cursor, expected, refresh, splitter);
@@ -156,6 +156,11 @@ bool IntersectSelected2(Application& application, FeatureLayer& layer, FeatureCu
         splitAll(splitter, std::move(records));
         return true;
     });
+}
+
+bool IntersectSelected2(Application& application, FeatureLayer& layer, FeatureCursor& cursor, std::int32_t expected,
+                        RefreshArea& refresh, bool bOver) {
+    return intersectSelected(application, layer, cursor, expected, refresh, bOver).value_or(false);
 }
 
 bool QZ_SplitWithPolyline2(Application& application, FeatureLayer& layer, FeatureCursor& cursor, const Polyline& cutter,

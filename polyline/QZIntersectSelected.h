@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/app/Application.h"
 
 namespace qz {
@@ -14,6 +16,11 @@ namespace qz {
 // failure, which is reported.
 [[nodiscard]] bool IntersectSelected2(Application& application, FeatureLayer& layer, FeatureCursor& cursor,
                                       std::int32_t expected, RefreshArea& refresh, bool bOver);
+
+// The same, telling a failure, which is reported, from that there was nothing to cut: nothing is returned then.
+[[nodiscard]] std::optional<bool> intersectSelected(Application& application, FeatureLayer& layer,
+                                                    FeatureCursor& cursor, std::int32_t expected, RefreshArea& refresh,
+                                                    bool bOver);
 
 // Cuts the lines that the cursor delivers where they meet the cutter; the rest as above. False after a failure, which
 // is reported.
