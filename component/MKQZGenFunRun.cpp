@@ -14,6 +14,8 @@
 #include "polyline/QZReshapePolyline.h"
 #include "polyline/QZSplitInPoint.h"
 #include "polyline/QZVertexEditing.h"
+#include "topology/QZTopoClean.h"
+#include "topology/QZValidateEdits.h"
 
 namespace qz {
 
@@ -120,6 +122,22 @@ std::optional<Polyline> MKQZGenFunRun::QZ_FindSplitAreaLine(const Polygon& pPg, 
     setApplication(pApp);
     const ShareKind kind = bArea ? ShareKind::area : ShareKind::percentage;
     return qz::QZ_FindSplitAreaLine(pPg, {sStart, kind, sUin, sUout}, dRequired, dDeltaA);
+}
+
+bool MKQZGenFunRun::QZ_ValidateEdits(FeatureClass& pFeatureClass, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ValidateEdits(pFeatureClass, pApp);
+}
+
+bool MKQZGenFunRun::QZ_TopoCleanPg(FeatureClass& pFeatureClass, double dFuzzy, std::int16_t,
+                                   Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_TopoCleanPg(pFeatureClass, dFuzzy, pApp);
+}
+
+bool MKQZGenFunRun::QZ_TopoCleanPl(FeatureClass& pFeatureClass, double dFuzzy, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_TopoCleanPl(pFeatureClass, dFuzzy, pApp);
 }
 
 bool MKQZGenFunRun::QZ_QuickDelete(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,

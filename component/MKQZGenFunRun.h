@@ -125,6 +125,23 @@ public:
                                                  double& dRequired, double& dDeltaA, const std::string& sUin,
                                                  const std::string& sUout, Application& pApp) noexcept;
 
+    // Puts the shape of every feature of the class onto the grid of its spatial reference.
+    // False after a failure, which is reported.
+    bool QZ_ValidateEdits(FeatureClass& pFeatureClass, Application& pApp) noexcept;
+
+    // Cleans the boundaries of a polygon class, while its editor is editing and in an edit operation of its own:
+    // vertices within `dFuzzy` become one, and boundaries are noded where they meet, so that neighbours share them bit
+    // for bit. What needed no repair stays as it is; what did is replaced by copies with the same attributes, one for
+    // each part of a polygon that fell apart. Polygons not larger than `dFuzzy` are deleted, which the user is told.
+    // `iPrec` has no effect: nodes are told apart by where they are, to the last bit. A cancelled dialog ends its walk.
+    // False, with a notice, for a class without features and when nothing is left; false when the editor isn't editing,
+    // and after a failure, which is reported and takes everything back.
+    bool QZ_TopoCleanPg(FeatureClass& pFeatureClass, double dFuzzy, std::int16_t iPrec, Application& pApp) noexcept;
+
+    // The same for a class of lines: each is replaced by copies for its stretches between the places where lines meet.
+    // False as above.
+    bool QZ_TopoCleanPl(FeatureClass& pFeatureClass, double dFuzzy, Application& pApp) noexcept;
+
     // Deletes every feature that the cursor delivers, null shapes included; shapes are added to the refresh area
     // before. `fCount` sizes the progress ("Deleting features: "), nothing else; `sSource` has no effect. False after a
     // failure, which is reported; what was deleted before it stays deleted.

@@ -62,6 +62,16 @@ constexpr MethodHelp texts[] = {
      "side: from this one the search may leave the polygon, and then tells how far it came.",
      "--data town.gpkg:parcels --fid 3 --sStart bot --bArea true --dRequired 2 --dDeltaA 0.01 --sUin Ares "
      "--sUout SquareMeters"},
+    {"QZ_ValidateEdits", "Puts every shape of a layer onto the coordinate grid of its spatial reference.",
+     "--data town.gpkg:streets"},
+    {"QZ_TopoCleanPg",
+     "Cleans a polygon layer: vertices within the tolerance become one, boundaries are noded where they meet and "
+     "shared "
+     "bit for bit. Polygons not larger than the tolerance are deleted.",
+     "--data parcels.gpkg:parcels --dFuzzy 0.01"},
+    {"QZ_TopoCleanPl",
+     "Cleans a line layer: vertices within the tolerance become one, and lines are cut where they meet.",
+     "--data town.gpkg:streets --dFuzzy 0.01"},
     {"QZ_QuickDelete", "Deletes the selected features.", "--data town.gpkg:streets --fid 3,7"},
     {"QZ_InsertFeatureRun", "Inserts a copy of the selected feature with another shape.",
      "--data town.gpkg:survey_points --fid 3 --pGeometry 548300,5806500"},

@@ -33,6 +33,11 @@ ParameterName updateCursor(ParameterName parameter) {
     return parameter;
 }
 
+MethodInfo withOwnOperation(MethodInfo row) {
+    row.ownsOperation = true;
+    return row;
+}
+
 std::vector<MethodInfo> numbered(std::vector<MethodInfo> rows) {
     int order = 0;
     for (MethodInfo& row : rows) {

@@ -27,6 +27,9 @@ struct ParameterName {
 [[nodiscard]] ParameterName noEffect(ParameterName parameter);
 [[nodiscard]] ParameterName updateCursor(ParameterName parameter);
 
+// A method that begins and ends an edit operation itself.
+[[nodiscard]] MethodInfo withOwnOperation(MethodInfo row);
+
 // Gives the rows their numbers, from 1.
 [[nodiscard]] std::vector<MethodInfo> numbered(std::vector<MethodInfo> rows);
 
@@ -51,6 +54,7 @@ MethodInfo methodInfo(const char* name, const ParameterName (&names)[count]) {
                           .name = name,
                           .parameters = {parameterInfo<Ts>(names[I])...},
                           .result = Returned<R>::kind,
+                          .ownsOperation = false,
                           .call = {}};
     }
     (std::index_sequence_for<Ts...>{});

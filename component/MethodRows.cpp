@@ -10,10 +10,11 @@ const std::vector<MethodInfo>& methodTable() {
         planned<bool(FeatureLayer&, std::int32_t, std::int32_t)>(
             "QZ_AddCogoFields",
             {"pFLayer", defaulted("lLinPrec", std::int32_t{2}), defaulted("lAngPrec", std::int32_t{2})}),
-        planned<bool(FeatureClass&, Application&)>("QZ_ValidateEdits", {"pFeatureClass", "pApp"}),
-        planned<bool(FeatureClass&, double, std::int16_t, Application&)>("QZ_TopoCleanPg",
-                                                                         {"pFeatureClass", "dFuzzy", "iPrec", "pApp"}),
-        planned<bool(FeatureClass&, double, Application&)>("QZ_TopoCleanPl", {"pFeatureClass", "dFuzzy", "pApp"}),
+        available(&MKQZGenFunRun::QZ_ValidateEdits, "QZ_ValidateEdits", {"pFeatureClass", "pApp"}),
+        withOwnOperation(available(&MKQZGenFunRun::QZ_TopoCleanPg, "QZ_TopoCleanPg",
+                                   {"pFeatureClass", "dFuzzy", noEffect("iPrec"), "pApp"})),
+        withOwnOperation(
+            available(&MKQZGenFunRun::QZ_TopoCleanPl, "QZ_TopoCleanPl", {"pFeatureClass", "dFuzzy", "pApp"})),
         available(&MKQZGenFunRun::QZ_Explode, "QZ_Explode",
                   {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "pApp"}),
         planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, const std::string&,

@@ -44,6 +44,8 @@ struct MethodInfo {
     std::string name;
     std::vector<ParameterInfo> parameters;
     ResultKind result = ResultKind::boolean;
+    // The caller only starts editing: the method begins and ends its edit operation.
+    bool ownsOperation = false;
     // Calls the member function with arguments that fit the parameters; empty while the operation is not available.
     std::function<Result(MKQZGenFunRun&, std::span<Argument>)> call;
 

@@ -21,6 +21,7 @@ private:
     TerminalLine& line_;
     HeadlessProgressor progressor_;
     std::string title_;
+    bool cancelled_ = false;
 };
 
 void TerminalDialog::setDescription(const std::string& text) {
@@ -28,7 +29,13 @@ void TerminalDialog::setDescription(const std::string& text) {
 }
 
 bool TerminalDialog::goesOn() {
-    return !services().interruptRequested || !services().interruptRequested();
+    if (!cancelled_ && services().interruptRequested && services().interruptRequested()) {
+        cancelled_ = true;
+        if (services().interruptTaken) {
+            services().interruptTaken();
+        }
+    }
+    return !cancelled_;
 }
 
 } // namespace

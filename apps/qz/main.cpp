@@ -46,6 +46,7 @@ Exit status: 0 done, 1 refused or failed, 2 wrong usage, 3 data that can't be re
 void stopOnInterrupt() {
     std::signal(SIGINT, [](int) { interruptSignalled = true; });
     services().interruptRequested = [] { return interruptSignalled.load(); };
+    services().interruptTaken = [] { interruptSignalled = false; };
 }
 
 ExitStatus parseAndRun(CLI::App& app, int argc, char** argv, const ExitStatus& status) {

@@ -188,10 +188,13 @@ void RunSession::saveGraphics() {
     }
 }
 
-void RunSession::startOperation(OverlayWorkspace& workspace) {
+void RunSession::startEditing(OverlayWorkspace& workspace, bool withOperation) {
     // Data that can't be saved to are still good for methods that only read: the first write is refused.
-    if (options_.dryRun || workspace.store().refusalToSave().empty()) {
-        host_.editor().startEditing(workspace);
+    if (!options_.dryRun && !workspace.store().refusalToSave().empty()) {
+        return;
+    }
+    host_.editor().startEditing(workspace);
+    if (withOperation) {
         host_.editor().startOperation();
     }
 }
@@ -212,7 +215,7 @@ void RunSession::perform(const MethodInfo& method, HostArguments& arguments, Ove
     const bool inOperation = workspace && !savesByItself(arguments.request());
     host_.editor().setCountsAsEditing(workspace != nullptr);
     if (inOperation) {
-        startOperation(*workspace);
+        startEditing(*workspace, !method.ownsOperation);
     }
     MKQZGenFunRun component;
     const auto start = std::chrono::steady_clock::now();

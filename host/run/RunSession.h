@@ -55,7 +55,7 @@ private:
     void saveGraphics();
     // The whole call with its edit operation; stopped or aborted, but not yet saved.
     void perform(const MethodInfo& method, HostArguments& arguments, OverlayWorkspace* workspace, RunReport& report);
-    void startOperation(OverlayWorkspace& workspace);
+    void startEditing(OverlayWorkspace& workspace, bool withOperation);
     void endOperation(OverlayWorkspace& workspace, const RunReport& report);
     void finish(OverlayWorkspace* workspace, const RunReport& report);
     // In the map's reference.

@@ -31,6 +31,8 @@ struct Services {
     std::optional<std::uint32_t> randomSeed;
     // Asked by long work now and then; true: the user wants it to stop.
     std::function<bool()> interruptRequested;
+    // Told when the wish to stop was met by ending a walk early, so that the rest goes on.
+    std::function<void()> interruptTaken;
 };
 
 // The process-wide services.

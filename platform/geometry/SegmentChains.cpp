@@ -33,7 +33,10 @@ SegmentChains::SegmentChains(std::span<const Path* const> paths) : paths_(paths)
         for (std::size_t chain = firstChain; chain < chains_.size(); ++chain) {
             addBox(chain);
         }
-        addRoot(firstBox);
+        if (boxes_.size() > firstBox) {
+            addRoot(firstBox);
+            pathOfRoot_.push_back(path);
+        }
     }
     if (roots_.size() > 1) {
         std::vector<Envelope> extents;
@@ -95,9 +98,7 @@ void SegmentChains::addRoot(std::size_t firstBox) {
         }
         levelBegin = levelEnd;
     }
-    if (boxes_.size() > firstBox) {
-        roots_.push_back(boxes_.size() - 1);
-    }
+    roots_.push_back(boxes_.size() - 1);
 }
 
 } // namespace qz

@@ -34,7 +34,12 @@ public:
     // Calls `see(a, b)` for chains cut down to single segments whose extents are no farther apart than that; `a` comes
     // first by path and segment, each pair comes once, segments of one chain never. Ends when `see` gives false;
     // whether all were seen.
-    template <typename See> bool forEachClosePair(double distance, See see) const;
+    template <typename See> bool forEachClosePair(double distance, See see) const {
+        return forEachClosePair(distance, [](std::size_t) { return true; }, see);
+    }
+    // Only pairs of which one at least is of a path that `isWanted(path)`; others cost nothing.
+    template <typename IsWanted, typename See>
+    bool forEachClosePair(double distance, IsWanted isWanted, See see) const;
 
 private:
     struct Box {
@@ -58,7 +63,8 @@ private:
     std::vector<std::vector<CircularArc>> circles_; // of each path's arcs
     std::vector<SegmentChain> chains_;
     std::vector<Box> boxes_;
-    std::vector<std::size_t> roots_; // of each path that has a chain
+    std::vector<std::size_t> roots_;      // of each path that has a chain
+    std::vector<std::size_t> pathOfRoot_; // ascending
     PackedEnvelopeTree tree_;        // of the roots
 };
 
@@ -74,16 +80,23 @@ inline Envelope SegmentChains::extentOf(const SegmentChain& chain) const {
     return {xMin, yMin, xMax, yMax};
 }
 
-template <typename See> bool SegmentChains::forEachClosePair(double distance, See see) const {
+template <typename IsWanted, typename See>
+bool SegmentChains::forEachClosePair(double distance, IsWanted isWanted, See see) const {
     if (roots_.size() == 1) {
-        return seeWithin(boxes_[roots_.front()], distance, see);
+        return !isWanted(pathOfRoot_.front()) || seeWithin(boxes_[roots_.front()], distance, see);
     }
     // Along the curve of the tree one query finds what the one before has brought near.
     for (const std::size_t i : tree_.alongCurve()) {
+        if (!isWanted(pathOfRoot_[i])) {
+            continue;
+        }
         const Box& root = boxes_[roots_[i]];
         bool goesOn = seeWithin(root, distance, see);
         tree_.query(root.extent.expandedBy(distance, distance), [&](std::size_t j) {
-            goesOn = goesOn && (j <= i || seeBetween(root, boxes_[roots_[j]], distance, see));
+            const bool wasSeen = j == i || (j < i && isWanted(pathOfRoot_[j]));
+            const Box& other = boxes_[roots_[j]];
+            goesOn = goesOn && (wasSeen || (j > i ? seeBetween(root, other, distance, see)
+                                                  : seeBetween(other, root, distance, see)));
         });
         if (!goesOn) {
             return false;

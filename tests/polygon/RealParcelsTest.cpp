@@ -3,7 +3,7 @@
 #include "platform/store/Stores.h"
 #include "polygon/QZSplitPolygon.h"
 #include "tests/polygon/Coverage.h"
-#include "tests/polyline/StreetsFixture.h"
+#include "tests/support/StreetsFixture.h"
 #include "tests/support/RealData.h"
 
 namespace qz::test {

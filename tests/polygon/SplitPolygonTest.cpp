@@ -1,37 +1,14 @@
 #include <random>
-#include <regex>
 
 #include <fmt/format.h>
 
 #include "tests/polygon/Coverage.h"
-#include "tests/polyline/StreetsFixture.h"
+#include "tests/polygon/Pavement.h"
 
 namespace qz::test {
 namespace {
 
 constexpr const char* holed = "POLYGON ((0 0,0 10,10 10,10 0,0 0),(4 4,6 4,6 6,4 6,4 4))";
-
-struct Parcels : Streets {
-    Parcels() : Streets(GeometryKind::polygon) {}
-
-    [[nodiscard]] Polyline sketch(const std::string& wkt) const {
-        Geometry line = geometryFromWkt(wkt);
-        line.traits().spatialReference = reference;
-        return line.as<Polyline>();
-    }
-    // shapes() of polygons without heights and measures.
-    [[nodiscard]] Rows flatShapes() {
-        Rows rows = shapes();
-        for (std::string& row : rows) {
-            row = std::regex_replace(row, std::regex(" NaN NaN| ZM"), "");
-        }
-        return rows;
-    }
-    bool split(const std::string& wkt) { return component.QZ_SplitPolygonRun(*layer, sketch(wkt), refresh, host); }
-    bool splitOnly(ObjectId id, const std::string& wkt) {
-        return component.QZ_SplitPolygon2(*layer, static_cast<double>(id), sketch(wkt), refresh, host);
-    }
-};
 
 TEST(SplitPolygon, PiecesReplaceTheSourceWithValuesByTheRules) {
     Parcels parcels;
@@ -134,26 +111,6 @@ TEST(SplitPolygon, ArcsStayArcs) {
     EXPECT_NEAR(after.unshared, before.unshared, 1e-9);
     for (const std::string& row : parcels.shapes()) {
         EXPECT_NE(row.find("CIRCULARSTRING"), std::string::npos) << row;
-    }
-}
-
-// A pavement of quadrilaterals with random corners, some sides with a vertex that only one of the two neighbours has.
-void addPavement(Parcels& parcels, std::mt19937& random, int size) {
-    std::uniform_real_distribution<double> jitter(-0.3, 0.3);
-    std::vector<XY> corners;
-    for (int i = 0; i < size * size; ++i) {
-        corners.push_back({500000 + i % size + jitter(random), 5600000.0 + i / size + jitter(random)});
-    }
-    const auto corner = [&](int x, int y) { return corners[static_cast<std::size_t>(y * size + x)]; };
-    for (int y = 0; y + 1 < size; ++y) {
-        for (int x = 0; x + 1 < size; ++x) {
-            const XY ring[] = {corner(x, y), corner(x, y + 1), corner(x + 1, y + 1), corner(x + 1, y), corner(x, y)};
-            std::string text;
-            for (const XY place : ring) {
-                text += fmt::format("{}{} {}", text.empty() ? "" : ",", place.x, place.y);
-            }
-            parcels.add("POLYGON ((" + text + "))");
-        }
     }
 }
 

@@ -7,7 +7,7 @@
 
 #include "platform/geometry/Measures.h"
 #include "polyline/QZIntersectSelected.h"
-#include "tests/polyline/StreetsFixture.h"
+#include "tests/support/StreetsFixture.h"
 
 namespace qz::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/polyline/StreetsFixture.h"
+#include "tests/support/StreetsFixture.h"
 
 namespace qz::test {
 namespace {

@@ -1,5 +1,5 @@
 #include "platform/geometry/Project.h"
-#include "tests/polyline/StreetsFixture.h"
+#include "tests/support/StreetsFixture.h"
 
 namespace qz::test {
 namespace {
