@@ -92,6 +92,12 @@ Value toInteger(const Field& field, const Value& value, const Number& number) {
     return inRange<std::int32_t>(field, value, integer);
 }
 
+// Decimals beyond the width are left out on writing; that is no loss where a double doesn't have so many digits.
+bool fitsWithoutLastDecimals(const Field& field, const std::string& digits) {
+    const auto width = static_cast<std::size_t>(field.precision);
+    return digits.find('.') < width && parsed<double>(digits.substr(0, width)) == parsed<double>(digits);
+}
+
 Value toFloating(const Field& field, const Value& value, const Number& number) {
     double result = asDouble(number);
     if (!std::isfinite(result)) {
@@ -99,7 +105,9 @@ Value toFloating(const Field& field, const Value& value, const Number& number) {
     }
     if (field.precision > 0) {
         const std::string digits = fmt::format("{:.{}f}", result, field.scale);
-        checkWidth(field, value, digits);
+        if (!fitsWithoutLastDecimals(field, digits)) {
+            checkWidth(field, value, digits);
+        }
         result = *parsed<double>(digits);
     }
     if (field.type == FieldType::doubleFloat) {

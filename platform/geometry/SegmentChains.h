@@ -35,11 +35,11 @@ public:
     // first by path and segment, each pair comes once, segments of one chain never. Ends when `see` gives false;
     // whether all were seen.
     template <typename See> bool forEachClosePair(double distance, See see) const {
-        return forEachClosePair(distance, [](std::size_t) { return true; }, see);
+        return forEachClosePair(
+            distance, [](std::size_t) { return true; }, see);
     }
     // Only pairs of which one at least is of a path that `isWanted(path)`; others cost nothing.
-    template <typename IsWanted, typename See>
-    bool forEachClosePair(double distance, IsWanted isWanted, See see) const;
+    template <typename IsWanted, typename See> bool forEachClosePair(double distance, IsWanted isWanted, See see) const;
 
 private:
     struct Box {
@@ -65,7 +65,7 @@ private:
     std::vector<Box> boxes_;
     std::vector<std::size_t> roots_;      // of each path that has a chain
     std::vector<std::size_t> pathOfRoot_; // ascending
-    PackedEnvelopeTree tree_;        // of the roots
+    PackedEnvelopeTree tree_;             // of the roots
 };
 
 inline bool SegmentChains::areClose(const Envelope& a, const Envelope& b, double distance) noexcept {
@@ -95,8 +95,9 @@ bool SegmentChains::forEachClosePair(double distance, IsWanted isWanted, See see
         tree_.query(root.extent.expandedBy(distance, distance), [&](std::size_t j) {
             const bool wasSeen = j == i || (j < i && isWanted(pathOfRoot_[j]));
             const Box& other = boxes_[roots_[j]];
-            goesOn = goesOn && (wasSeen || (j > i ? seeBetween(root, other, distance, see)
-                                                  : seeBetween(other, root, distance, see)));
+            goesOn =
+                goesOn &&
+                (wasSeen || (j > i ? seeBetween(root, other, distance, see) : seeBetween(other, root, distance, see)));
         });
         if (!goesOn) {
             return false;

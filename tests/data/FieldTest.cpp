@@ -64,6 +64,8 @@ TEST(Field, ConvertsToItsType) {
         {"64 bits keep every digit", wide(), std::string("9007199254740993"), std::int64_t{9007199254740993}},
         {"single precision", typed(FieldType::single), 0.1, 0.1F},
         {"number of a width is rounded to its scale", sized(FieldType::doubleFloat, 8, 2), 3.14159, 3.14},
+        {"decimals that a double doesn't have need no room", sized(FieldType::doubleFloat, 24, 15), 288332267.53857,
+         288332267.53857},
         {"number becomes text", text(0), std::int32_t{12}, std::string("12")},
         {"text of the very length, in characters", text(4), std::string("Öröö"), std::string("Öröö")},
         {"ISO date", typed(FieldType::date), std::string("2024-02-29T13:45:30"),
