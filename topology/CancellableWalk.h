@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/app/Application.h"
+#include "platform/app/Services.h"
 
 namespace qz {
 
@@ -14,7 +15,7 @@ struct WalkTexts {
     std::string counted;
 };
 
-// Calls `process(i)` for 0 … count - 1 under a progress dialog, until the user cancels.
+// Calls `process(i)` for 0 … count - 1 under a progress dialog, until the user cancels, which is told.
 template <typename Process>
 void walkCancellable(Application& application, const WalkTexts& texts, std::size_t count, Process process) {
     const std::size_t step = count / 100 + 1; // between two looks at the dialog
@@ -25,6 +26,8 @@ void walkCancellable(Application& application, const WalkTexts& texts, std::size
     for (std::size_t i = 0; i < count; ++i) {
         if (i % step == 0) {
             if (!dialog->goesOn()) {
+                showMessage("Cancelled at " + std::to_string(i) + " of " + std::to_string(count) + texts.counted +
+                            "; what was done until then is kept.");
                 break;
             }
             dialog->setDescription(std::to_string(i) + " of " + std::to_string(count) + texts.counted);

@@ -174,6 +174,22 @@ TEST(TopoClean, Refusals) {
     EXPECT_EQ(small.shapes().size(), 1u);
 }
 
+TEST(TopoClean, CancellingKeepsWhatWasDone) {
+    EditedLayer lines(GeometryKind::polyline);
+    lines.add("LINESTRING (0 0,10 0)");
+    lines.add("LINESTRING (5 -5,5 5)");
+    bool wanted = true;
+    services().interruptRequested = [&] { return wanted; };
+    services().interruptTaken = [&] { wanted = false; };
+    EXPECT_FALSE(lines.clean(0.5));
+    EXPECT_EQ(lines.messages, (Rows{"Cancelled at 0 of 2 Polylines processed; what was done until then is kept.",
+                                    "Could not clean the polylines QZ_TopoCleanPl"}));
+    EXPECT_EQ(lines.shapes().size(), 2u);
+    lines.messages.clear();
+    EXPECT_TRUE(lines.clean(0.5));
+    EXPECT_EQ(lines.shapes().size(), 4u);
+}
+
 TEST(ValidateEdits, PutsShapesOntoTheGrid) {
     EditedLayer lines(GeometryKind::polyline);
     lines.add("LINESTRING ZM (0.00004 0 1 1,10.00006 0 1 1)");
