@@ -8,7 +8,8 @@ namespace {
 
 class TerminalDialog final : public ProgressDialog {
 public:
-    explicit TerminalDialog(TerminalLine& line) : line_(line), progressor_(line) { progressor_.show(); }
+    // Only goesOn() tells that the user wants to stop.
+    explicit TerminalDialog(TerminalLine& line) : line_(line), progressor_(line, [] {}) { progressor_.show(); }
     ~TerminalDialog() override { line_.clear(); }
 
     void setTitle(const std::string& title) override { title_ = title; }

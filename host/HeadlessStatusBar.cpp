@@ -33,7 +33,7 @@ void HeadlessProgressor::setPosition(std::int32_t position) {
 }
 
 void HeadlessProgressor::step() {
-    checkInterrupt();
+    beforeStep_();
     position_ += record_.step;
     if (!positionJustSet_) {
         ++record_.positions;

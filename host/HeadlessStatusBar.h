@@ -6,6 +6,7 @@
 
 #include "host/TerminalLine.h"
 #include "platform/app/Application.h"
+#include "platform/app/Services.h"
 
 namespace qz {
 
@@ -21,16 +22,17 @@ struct ProgressRecord {
 };
 
 // Draws text, bar and percentage on a terminal while it is shown, and keeps a record for the report. Drawn again with
-// each new percentage, else at most 20 times a second. Every step gives the user the chance to stop the run.
+// each new percentage, else at most 20 times a second. Before every step the user may be asked whether to go on.
 class HeadlessProgressor final : public StepProgressor {
 public:
-    explicit HeadlessProgressor(TerminalLine& line) : line_(line) {}
+    // `beforeStep`: by default stops the run when the user wants to.
+    explicit HeadlessProgressor(TerminalLine& line, void (*beforeStep)() = checkInterrupt)
+        : line_(line), beforeStep_(beforeStep) {}
 
     void setRange(std::int32_t minimum, std::int32_t maximum) override;
     void setStepValue(std::int32_t step) override { record_.step = step; }
     void setPosition(std::int32_t position) override;
     void setMessage(const std::string& text) override { record_.text = text; }
-    // Throws Interrupted when the user wants to stop.
     void step() override;
     void show() override;
     void hide() override;
@@ -46,6 +48,7 @@ private:
     void draw(Time now);
 
     TerminalLine& line_;
+    void (*beforeStep_)();
     ProgressRecord record_;
     std::int32_t minimum_ = 0;
     std::int64_t position_ = 0;

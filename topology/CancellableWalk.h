@@ -23,6 +23,7 @@ void walkCancellable(Application& application, const WalkTexts& texts, std::size
     dialog->setTitle(texts.title);
     dialog->setDescription(texts.description);
     dialog->progressor().setRange(0, static_cast<std::int32_t>(count / step));
+    dialog->progressor().setStepValue(1);
     for (std::size_t i = 0; i < count; ++i) {
         if (i % step == 0) {
             if (!dialog->goesOn()) {

@@ -192,6 +192,7 @@ private:
         dialog->setTitle(texts_.title);
         dialog->setDescription(texts_.collecting);
         dialog->progressor().setRange(0, 2);
+        dialog->progressor().setStepValue(1);
         TopologyGraph graph(classes, nullptr, dFuzzy_);
         dialog->progressor().step();
         dialog->close();

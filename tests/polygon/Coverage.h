@@ -2,9 +2,13 @@
 
 #include <map>
 #include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "platform/data/FeatureClass.h"
 #include "platform/geometry/Measures.h"
+#include "platform/geometry/SetOperations.h"
 
 namespace qz::test {
 
@@ -42,6 +46,25 @@ inline Coverage coverageOf(FeatureClass& featureClass) {
         coverage.unshared += segment.first % 2 == 0 ? 0 : segment.second;
     }
     return coverage;
+}
+
+inline Polygon coveredBy(FeatureClass& featureClass) {
+    std::vector<Geometry> shapes;
+    const CursorPtr cursor = featureClass.search({});
+    for (FeaturePtr feature = cursor->next(); feature; feature = cursor->next()) {
+        shapes.push_back(*feature->shape());
+    }
+    return unionOf(shapes).as<Polygon>();
+}
+
+// Nothing overlaps, and whatever touches has the same vertices. The tip of a wedge, less wide than the resolution, may
+// stay open behind a sketch that covers its mouth; it is some tenths of a millimetre wide, and none of the sketches
+// below makes one.
+inline void expectCoverage(FeatureClass& featureClass, const Polygon& covered) {
+    const Coverage coverage = coverageOf(featureClass);
+    const double resolution = featureClass.spatialReference().grid().xyResolution;
+    EXPECT_NEAR(coverage.area, area(covered), resolution);
+    EXPECT_NEAR(coverage.unshared, perimeter(covered), resolution);
 }
 
 } // namespace qz::test

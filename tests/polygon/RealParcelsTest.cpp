@@ -3,8 +3,8 @@
 #include "platform/store/Stores.h"
 #include "polygon/QZSplitPolygon.h"
 #include "tests/polygon/Coverage.h"
-#include "tests/support/StreetsFixture.h"
 #include "tests/support/RealData.h"
+#include "tests/support/StreetsFixture.h"
 
 namespace qz::test {
 namespace {
