@@ -11,9 +11,12 @@
 #include "polyline/QZExtendPolyline.h"
 #include "polyline/QZFlip.h"
 #include "polyline/QZIntersectSelected.h"
+#include "polyline/QZOffset.h"
 #include "polyline/QZReshapePolyline.h"
 #include "polyline/QZSplitInPoint.h"
 #include "polyline/QZVertexEditing.h"
+#include "smooth/QZGeneralize.h"
+#include "smooth/QZSmooth.h"
 #include "topology/QZTopoClean.h"
 #include "topology/QZValidateEdits.h"
 
@@ -138,6 +141,53 @@ bool MKQZGenFunRun::QZ_TopoCleanPg(FeatureClass& pFeatureClass, double dFuzzy, s
 bool MKQZGenFunRun::QZ_TopoCleanPl(FeatureClass& pFeatureClass, double dFuzzy, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_TopoCleanPl(pFeatureClass, dFuzzy, pApp);
+}
+
+bool MKQZGenFunRun::QZ_OffsetPolyline(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
+                                      const Point& pEndPoint, std::int16_t vMethod, double dOffDist, bool bCopy,
+                                      RefreshArea& pRefresh, const SpatialReference& pInSref,
+                                      const SpatialReference& pMapSRef) noexcept {
+    return qz::QZ_OffsetPolyline(pFeatureClass, pFeatureCursor, pEndPoint, {dOffDist, vMethod, pInSref, pMapSRef},
+                                 bCopy, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_OffsetDouble(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                                    std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
+                                    const SpatialReference& pInSref, const SpatialReference& pMapSRef,
+                                    Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_OffsetDouble(pApp, pFeatureClass, pFeatureCursor, fCount, {dOffDist, vMethod, pInSref, pMapSRef},
+                               bCopy, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_OffsetPolylineMulti(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
+                                           const Point& pEndPoint, std::int16_t vMethod, double dOffDist,
+                                           std::int32_t lNumber, RefreshArea& pRefresh, const SpatialReference& pInSref,
+                                           const SpatialReference& pMapSRef, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_OffsetPolylineMulti(pFeatureClass, pFeatureCursor, pEndPoint, {dOffDist, vMethod, pInSref, pMapSRef},
+                                      lNumber, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_Generalize(FeatureCursor& pFeatureCursor, double iPar0, const SpatialReference& pInSref,
+                                  const SpatialReference& pMapSRef, std::int32_t fCount, RefreshArea& pRefresh,
+                                  Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_Generalize(pApp, pFeatureCursor, iPar0, {pInSref, pMapSRef}, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_Densify(FeatureCursor& pFeatureCursor, const std::string& sGenType, double iPar0, double iPar1,
+                               const SpatialReference& pInSref, const SpatialReference& pMapSRef, std::int32_t fCount,
+                               RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_Densify(pApp, pFeatureCursor, sGenType, iPar0, iPar1, {pInSref, pMapSRef}, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_SmoothRun(FeatureClass&, FeatureCursor& pFeatureCursor, const std::string& sCurType,
+                                 std::int16_t iPar0, std::int16_t iPar1, std::int32_t fCount, RefreshArea& pRefresh,
+                                 const SpatialReference& pInSref, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_SmoothRun(pApp, pFeatureCursor, {sCurType, iPar0, iPar1}, fCount, pRefresh, pInSref);
 }
 
 bool MKQZGenFunRun::QZ_QuickDelete(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,

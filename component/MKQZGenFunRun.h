@@ -125,6 +125,52 @@ public:
                                                  double& dRequired, double& dDeltaA, const std::string& sUin,
                                                  const std::string& sUout, Application& pApp) noexcept;
 
+    // Adds a parallel copy of the first line of the cursor, `dOffDist` away in units of the map on the side of
+    // `pEndPoint`, which is in the map's reference, with the attributes of the line. `vMethod` 2 points outer corners,
+    // 4 cuts them, 8 rounds them. Without `bCopy` the line is deleted. When the copy would vanish nothing changes.
+    // False after a failure, which is reported.
+    bool QZ_OffsetPolyline(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point& pEndPoint,
+                           std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
+                           const SpatialReference& pInSref, const SpatialReference& pMapSRef) noexcept;
+
+    // Adds two parallel copies of every line of the cursor, one on each side. Lines of which one would vanish stay as
+    // they are, which the user is told at the end. `fCount` sizes the progress.
+    // False after a failure, which is reported.
+    bool QZ_OffsetDouble(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                         std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
+                         const SpatialReference& pInSref, const SpatialReference& pMapSRef, Application& pApp) noexcept;
+
+    // Adds `lNumber` parallel copies of the first line of the cursor, at 1, 2, ... times the distance on the side of
+    // `pEndPoint`.
+    // False after a failure, which is reported.
+    bool QZ_OffsetPolylineMulti(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point& pEndPoint,
+                                std::int16_t vMethod, double dOffDist, std::int32_t lNumber, RefreshArea& pRefresh,
+                                const SpatialReference& pInSref, const SpatialReference& pMapSRef,
+                                Application& pApp) noexcept;
+
+    // Leaves out the vertices of lines and polygons that are no farther than `iPar0`, in units of the map, from what is
+    // left (Douglas-Peucker). Polygons of which nothing would be left stay, which the user is told at the end.
+    // False after a failure, which is reported; points are one.
+    bool QZ_Generalize(FeatureCursor& pFeatureCursor, double iPar0, const SpatialReference& pInSref,
+                       const SpatialReference& pMapSRef, std::int32_t fCount, RefreshArea& pRefresh,
+                       Application& pApp) noexcept;
+
+    // Divides the segments of lines and polygons into pieces of at most `iPar0` in units of the map; arcs become
+    // straight pieces no farther from them than `iPar1` with the word "Normal", and with any other word pieces that
+    // turn by at most `iPar1` radians.
+    // False after a failure, which is reported; points are one.
+    bool QZ_Densify(FeatureCursor& pFeatureCursor, const std::string& sGenType, double iPar0, double iPar1,
+                    const SpatialReference& pInSref, const SpatialReference& pMapSRef, std::int32_t fCount,
+                    RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Replaces lines and polygons by smooth curves with `iPar0` points for each vertex: "Bezier", near the vertices;
+    // "bSpline", of order `iPar1`; "tSpline", through the vertices, under the tension `iPar1`.
+    // False, with a notice and without a change, for numbers and words that make no curve; false after a failure, which
+    // is reported.
+    bool QZ_SmoothRun(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const std::string& sCurType,
+                      std::int16_t iPar0, std::int16_t iPar1, std::int32_t fCount, RefreshArea& pRefresh,
+                      const SpatialReference& pInSref, Application& pApp) noexcept;
+
     // Puts the shape of every feature of the class onto the grid of its spatial reference.
     // False after a failure, which is reported.
     bool QZ_ValidateEdits(FeatureClass& pFeatureClass, Application& pApp) noexcept;

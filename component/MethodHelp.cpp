@@ -72,6 +72,25 @@ constexpr MethodHelp texts[] = {
     {"QZ_TopoCleanPl",
      "Cleans a line layer: vertices within the tolerance become one, and lines are cut where they meet.",
      "--data town.gpkg:streets --dFuzzy 0.01"},
+    {"QZ_OffsetPolyline",
+     "Adds a parallel copy of the selected line on the side of a point, in units of the map. vMethod 2 points outer "
+     "corners, 4 cuts them, 8 rounds them. Without bCopy the line itself is deleted.",
+     "--data town.gpkg:streets --fid 7 --pEndPoint 548300,5806500 --vMethod 8 --dOffDist 5 --bCopy true"},
+    {"QZ_OffsetDouble", "Adds parallel copies of the selected lines on both sides.",
+     "--data town.gpkg:streets --fid 7 --vMethod 8 --dOffDist 5 --bCopy true"},
+    {"QZ_OffsetPolylineMulti", "Adds several parallel copies of the selected line at multiples of a distance.",
+     "--data town.gpkg:streets --fid 7 --pEndPoint 548300,5806500 --vMethod 2 --dOffDist 5 --lNumber 3"},
+    {"QZ_Generalize", "Leaves out vertices of the selected lines and polygons that matter less than a distance.",
+     "--data town.gpkg:streets --all --iPar0 0.5"},
+    {"QZ_Densify",
+     "Divides the segments of the selected lines and polygons into pieces of at most iPar0. Arcs become straight "
+     "pieces, "
+     "no farther off than iPar1 with sGenType Normal, else turning by at most iPar1 radians.",
+     "--data town.gpkg:streets --all --sGenType Normal --iPar0 10 --iPar1 0.01"},
+    {"QZ_SmoothRun",
+     "Replaces the selected lines and polygons by smooth curves with iPar0 points for each vertex: Bezier, bSpline of "
+     "order iPar1, or tSpline under the tension iPar1.",
+     "--data town.gpkg:waterways --all --sCurType bSpline --iPar0 5 --iPar1 3"},
     {"QZ_QuickDelete", "Deletes the selected features.", "--data town.gpkg:streets --fid 3,7"},
     {"QZ_InsertFeatureRun", "Inserts a copy of the selected feature with another shape.",
      "--data town.gpkg:survey_points --fid 3 --pGeometry 548300,5806500"},

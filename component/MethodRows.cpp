@@ -48,18 +48,15 @@ const std::vector<MethodInfo>& methodTable() {
                                     {"pFLayer", "pFeatureCursor", "lDisIndex", "fCount", "pRefresh", "pEnv", "pApp"}),
         planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, RefreshArea&, Application&)>(
             "QZ_RemoveDupPolylines", {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "pApp"}),
-        planned<bool(FeatureClass&, FeatureCursor&, const Point&, std::int16_t, double, bool, RefreshArea&,
-                     const SpatialReference&, const SpatialReference&)>(
-            "QZ_OffsetPolyline", {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"),
-                                  "bCopy", "pRefresh", "pInSref", "pMapSRef"}),
-        planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, std::int16_t, double, bool, RefreshArea&,
-                     const SpatialReference&, const SpatialReference&, Application&)>(
-            "QZ_OffsetDouble", {"pFeatureClass", "pFeatureCursor", "fCount", "vMethod", byValue("dOffDist"), "bCopy",
-                                "pRefresh", "pInSref", "pMapSRef", "pApp"}),
-        planned<bool(FeatureClass&, FeatureCursor&, const Point&, std::int16_t, double, std::int32_t, RefreshArea&,
-                     const SpatialReference&, const SpatialReference&, Application&)>(
-            "QZ_OffsetPolylineMulti", {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"),
-                                       "lNumber", "pRefresh", "pInSref", "pMapSRef", "pApp"}),
+        available(&MKQZGenFunRun::QZ_OffsetPolyline, "QZ_OffsetPolyline",
+                  {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"), "bCopy", "pRefresh",
+                   "pInSref", "pMapSRef"}),
+        available(&MKQZGenFunRun::QZ_OffsetDouble, "QZ_OffsetDouble",
+                  {"pFeatureClass", "pFeatureCursor", "fCount", "vMethod", byValue("dOffDist"), "bCopy", "pRefresh",
+                   "pInSref", "pMapSRef", "pApp"}),
+        available(&MKQZGenFunRun::QZ_OffsetPolylineMulti, "QZ_OffsetPolylineMulti",
+                  {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"), "lNumber",
+                   "pRefresh", "pInSref", "pMapSRef", "pApp"}),
         available(&MKQZGenFunRun::QZ_SplitInPoint2, "QZ_SplitInPoint2",
                   {"pFLayer", "pFeatureCursor", "pPoint", "pRefresh", "sOption", noEffect("dFuzzy"), "pSRef",
                    noEffect("pMapSRef"), noEffect("pEnv1"), "pApp", "bOver", defaulted("dSplitLength", 0.0)}),
@@ -67,17 +64,14 @@ const std::vector<MethodInfo>& methodTable() {
                   {"pFeatureClass", updateCursor("pFeatureCursor"), "pFeature", "pReshPolyline", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_GetReshFeature, "QZ_GetReshFeature",
                   {"pFeatureCursor", "pReshPolyline", "dSearchTol", output("bSingle"), output("pReshapeID"), "iPrec"}),
-        planned<bool(FeatureCursor&, double, const SpatialReference&, const SpatialReference&, std::int32_t,
-                     RefreshArea&, Application&)>(
-            "QZ_Generalize", {"pFeatureCursor", "iPar0", "pInSref", "pMapSRef", "fCount", "pRefresh", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, double, double, const SpatialReference&,
-                     const SpatialReference&, std::int32_t, RefreshArea&, Application&)>(
-            "QZ_Densify",
-            {"pFeatureCursor", "sGenType", "iPar0", "iPar1", "pInSref", "pMapSRef", "fCount", "pRefresh", "pApp"}),
-        planned<bool(FeatureClass&, FeatureCursor&, const std::string&, std::int16_t, std::int16_t, std::int32_t,
-                     RefreshArea&, const SpatialReference&, Application&)>(
-            "QZ_SmoothRun",
-            {"pFeatureClass", "pFeatureCursor", "sCurType", "iPar0", "iPar1", "fCount", "pRefresh", "pInSref", "pApp"}),
+        available(&MKQZGenFunRun::QZ_Generalize, "QZ_Generalize",
+                  {updateCursor("pFeatureCursor"), "iPar0", "pInSref", "pMapSRef", "fCount", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_Densify, "QZ_Densify",
+                  {updateCursor("pFeatureCursor"), "sGenType", "iPar0", "iPar1", "pInSref", "pMapSRef", "fCount",
+                   "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_SmoothRun, "QZ_SmoothRun",
+                  {"pFeatureClass", updateCursor("pFeatureCursor"), "sCurType", "iPar0", "iPar1", "fCount", "pRefresh",
+                   "pInSref", "pApp"}),
         available(&MKQZGenFunRun::QZ_AddPolyline, "QZ_AddPolyline",
                   {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
         planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, Application&)>(

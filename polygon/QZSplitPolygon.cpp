@@ -9,9 +9,9 @@
 #include "common/QZFuzzyTolerance.h"
 #include "common/QZInsertFeature.h"
 #include "common/QZSpatialSearch.h"
+#include "common/StorableParts.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
-#include "platform/geometry/Boundary.h"
 #include "platform/geometry/EnvelopeIndex.h"
 #include "polygon/QZPolygonCut.h"
 #include "polygon/SharedVertices.h"
@@ -90,14 +90,9 @@ private:
 
     // A layer of single parts gets a feature for each part.
     bool insert(const Polygon& piece, const Feature& source) {
-        if (class_.schema().shape->allowsMultipart) {
-            return insertFeature(piece, source);
-        }
-        return std::ranges::all_of(exploded(piece), [&](const Geometry& part) { return insertFeature(part, source); });
-    }
-
-    bool insertFeature(const Geometry& shape, const Feature& source) {
-        return QZ_InsertFeature(*insertCursor_, *buffer_, &source, shape, rules_ ? &*rules_ : nullptr);
+        return std::ranges::all_of(storableParts(piece, class_), [&](const Geometry& part) {
+            return QZ_InsertFeature(*insertCursor_, *buffer_, &source, part, rules_ ? &*rules_ : nullptr);
+        });
     }
 
     // In the order in which they were made.

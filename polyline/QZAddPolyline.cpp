@@ -7,6 +7,7 @@
 #include "common/QZFeatureClass.h"
 #include "common/QZFeatureStorage.h"
 #include "common/QZSpatialSearch.h"
+#include "common/StorableParts.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/Boundary.h"
@@ -45,18 +46,6 @@ void fitFlat(Polyline& line, const FeatureClass& featureClass) {
     line.mAware = line.mAware || QZ_FCHasM(featureClass);
 }
 
-// What a layer of single parts takes as one feature each.
-std::vector<Polyline> storableParts(const Polyline& line, const FeatureClass& featureClass) {
-    if (featureClass.schema().shape->allowsMultipart || line.paths.size() < 2) {
-        return {line};
-    }
-    std::vector<Polyline> parts;
-    for (const Geometry& part : exploded(line)) {
-        parts.push_back(part.as<Polyline>());
-    }
-    return parts;
-}
-
 // A new feature of the class with the shape, snapped, and the values that `fill` sets.
 template <typename Fill> void storeSnapped(const Polyline& line, FeatureClass& featureClass, Fill fill) {
     Polyline snapped = line;
@@ -85,8 +74,8 @@ public:
             return cutOthers(line);
         }
         step = Step::store;
-        for (const Polyline& part : storableParts(line, layer_.featureClass())) {
-            if (!store(part)) {
+        for (const Geometry& part : storableParts(line, layer_.featureClass())) {
+            if (!store(part.as<Polyline>())) {
                 return false;
             }
         }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/data/FeatureClass.h"
+
+namespace qz {
+
+// What the class takes as one feature each: the shape, or its parts where the class holds shapes of one part only.
+[[nodiscard]] std::vector<Geometry> storableParts(const Geometry& shape, const FeatureClass& featureClass);
+
+} // namespace qz
