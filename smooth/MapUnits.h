@@ -45,13 +45,14 @@ inline auto& pathsOrRings(auto& shape) {
 // Edits a line or polygon in another reference: `edit(shape)` sees it there, and what it leaves comes back. Vertices
 // that the edit kept come back bit for bit. Where both are the same the shape itself is edited.
 template <typename Shape, typename Edit>
-[[nodiscard]] Shape editedIn(const SpatialReference& reference, const Shape& shape, Edit edit) {
+[[nodiscard]] Shape editedIn(const SpatialReference& reference, Shape shape, Edit edit) {
+    if (QZ_SameSpatialReference(shape.spatialReference, reference)) {
+        edit(shape);
+        return shape;
+    }
     const Shape source = inReference(shape, reference);
     Shape edited = source;
     edit(edited);
-    if (QZ_SameSpatialReference(shape.spatialReference, reference)) {
-        return edited;
-    }
     Shape result = inReference(edited, shape.spatialReference);
     detail::takeOriginals(
         result, edited, source, shape, [](auto& any) -> auto& { return detail::pathsOrRings(any); });

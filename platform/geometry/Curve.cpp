@@ -197,10 +197,6 @@ double CurveSegment::squaredDistance(XY p, double ratio) const noexcept {
     return circle_ ? squaredDistanceBetween(p, at(ratio)) : squaredDistanceOnStraight(start_, end_, p, ratio);
 }
 
-double squaredDistanceToStraight(XY start, XY end, XY p) noexcept {
-    return squaredDistanceOnStraight(start, end, p, nearestRatioOnStraight(start, end, p));
-}
-
 Turn CurveSegment::sideOf(XY p, double ratio) const noexcept {
     if (!circle_) {
         return turn(start_, end_, p);

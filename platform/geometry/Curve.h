@@ -71,9 +71,6 @@ private:
     std::optional<CircularArc> circle_;
 };
 
-// From p to the straight segment between the two points.
-[[nodiscard]] double squaredDistanceToStraight(XY start, XY end, XY p) noexcept;
-
 // Calls `see(segment, const CurveSegment&)` for all segments of a path, in order and in linear time.
 template <typename See> void forEachSegment(const Path& path, See see) {
     auto arc = path.arcs().begin();

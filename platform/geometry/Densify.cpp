@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/Error.h"
+#include "platform/geometry/CoordinateLimits.h"
 #include "platform/geometry/Curve.h"
 
 namespace qz {
@@ -82,7 +83,7 @@ Path densified(const Path& path, const Limits& limits) {
 }
 
 void densify(std::span<Path> paths, const Limits& limits) {
-    static_cast<void>(Curve(std::span<const Path>(paths)).lengthFor("densified shape"));
+    requireUsableCoordinates(paths, "densified shape");
     if (!limits.any()) {
         return;
     }

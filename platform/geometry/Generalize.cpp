@@ -9,9 +9,11 @@
 #include <vector>
 
 #include "platform/Error.h"
+#include "platform/geometry/CoordinateLimits.h"
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/Orientation.h"
 #include "platform/geometry/Strokes.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -76,13 +78,37 @@ struct Farthest {
     double offset = 0;
 };
 
+// A straight segment made ready for the distances of many points.
+class StraightSegment {
+public:
+    StraightSegment(XY start, XY end)
+        : start_(start), end_(end), along_(end - start), squaredLength_(dot(along_, along_)),
+          inverse_(squaredLength_ > 0 ? 1 / squaredLength_ : 0) {}
+
+    [[nodiscard]] double squaredDistance(XY p) const {
+        const XY offset = p - start_;
+        const double ahead = dot(offset, along_);
+        if (ahead <= 0) {
+            return dot(offset, offset);
+        }
+        const double area = cross(along_, offset);
+        return ahead < squaredLength_ ? area * area * inverse_ : dot(p - end_, p - end_);
+    }
+
+private:
+    XY start_;
+    XY end_;
+    XY along_;
+    double squaredLength_;
+    double inverse_;
+};
+
 // The vertex strictly inside the range that is farthest from the segment between its ends; of several the first.
 Farthest farthestFrom(const Outline& outline, Range range) {
-    const XY start = outline.vertices[range.first].xy();
-    const XY end = outline.vertices[range.last].xy();
+    const StraightSegment segment(outline.vertices[range.first].xy(), outline.vertices[range.last].xy());
     Farthest farthest;
     for (std::size_t i = range.first + 1; i < range.last; ++i) {
-        const double square = squaredDistanceToStraight(start, end, outline.vertices[i].xy());
+        const double square = segment.squaredDistance(outline.vertices[i].xy());
         const double needed = std::max(farthest.offset - outline.departures[i], 0.0);
         if (square > needed * needed) {
             farthest = {i, std::sqrt(square) + outline.departures[i]};
@@ -175,7 +201,7 @@ bool isPositive(double maximumOffset, const Curve& curve) {
     if (std::isnan(maximumOffset)) {
         throw PlatformError("A shape can't be generalized: the maximum offset is not a number.");
     }
-    static_cast<void>(curve.lengthFor("generalized shape"));
+    requireUsableCoordinates(curve.parts(), "generalized shape");
     return maximumOffset > 0;
 }
 
