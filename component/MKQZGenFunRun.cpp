@@ -4,8 +4,13 @@
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
+#include "polygon/QZAddPolygon.h"
 #include "polygon/QZFindSplitAreaLine.h"
+#include "polygon/QZIntersectSelectedPolygons.h"
+#include "polygon/QZMergePolygons.h"
+#include "polygon/QZReshapePolygon.h"
 #include "polygon/QZSplitPolygon.h"
+#include "polygon/QZUpdateShared.h"
 #include "polyline/QZAddPolyline.h"
 #include "polyline/QZExplode.h"
 #include "polyline/QZExtendPolyline.h"
@@ -17,6 +22,7 @@
 #include "polyline/QZVertexEditing.h"
 #include "smooth/QZGeneralize.h"
 #include "smooth/QZSmooth.h"
+#include "topology/QZBuildPolygon.h"
 #include "topology/QZTopoClean.h"
 #include "topology/QZValidateEdits.h"
 
@@ -141,6 +147,55 @@ bool MKQZGenFunRun::QZ_TopoCleanPg(FeatureClass& pFeatureClass, double dFuzzy, s
 bool MKQZGenFunRun::QZ_TopoCleanPl(FeatureClass& pFeatureClass, double dFuzzy, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_TopoCleanPl(pFeatureClass, dFuzzy, pApp);
+}
+
+bool MKQZGenFunRun::QZ_AddPolygonRun(FeatureLayer& pFLayer, const Polygon& pNewPolygon, std::int16_t iPriority,
+                                     RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return QZ_AddPolygon(pFLayer, pNewPolygon, iPriority, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_AddPolygonA(FeatureLayer& pFLayer, const Polygon& pNewPolygon, std::int16_t iPriority,
+                                   RefreshArea& pRefresh, const Dictionary* fieldDic, bool bEditing,
+                                   Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_AddPolygonA(pFLayer, pNewPolygon, iPriority, pRefresh, fieldDic, bEditing);
+}
+
+bool MKQZGenFunRun::QZ_ReshapePolygon(FeatureLayer& pFLayer, const Polygon& pNewPolygon, std::int16_t iPriority,
+                                      RefreshArea& pRefresh, const Point& pStartPoint, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ReshapePolygon(pFLayer, pNewPolygon, iPriority, pRefresh, pStartPoint);
+}
+
+bool MKQZGenFunRun::QZ_MergePolygons(FeatureLayer& pFLayer, const Point& pSP, const Point& pTP, RefreshArea& pRefresh,
+                                     Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_MergePolygons(pFLayer, pSP, pTP, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,
+                                                 const Envelope*, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_IntersectSelectedPolygons(pApp, pFLayer, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_UpdateShared(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
+                                    Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_UpdateShared(pFeatureClass, pPoint, m_fDic ? *m_fDic : Dictionary());
+}
+
+bool MKQZGenFunRun::QZ_UpdateSharedPolygon(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
+                                           Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_UpdateSharedPolygon(pFeatureClass, pPoint, m_fDic ? *m_fDic : Dictionary());
+}
+
+bool MKQZGenFunRun::QZ_BuildPolygonRun(FeatureLayer& pFLayer, FeatureLayer& pSourceLayer, double dFuzzy,
+                                       std::int16_t iPriority, RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_BuildPolygonRun(pApp, pFLayer, pSourceLayer, {dFuzzy, iPriority}, pRefresh);
 }
 
 bool MKQZGenFunRun::QZ_OffsetPolyline(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,

@@ -125,6 +125,55 @@ public:
                                                  double& dRequired, double& dDeltaA, const std::string& sUin,
                                                  const std::string& sUout, Application& pApp) noexcept;
 
+    // Puts a sketched polygon into a layer free of overlaps; `iPriority` says what becomes of those it makes: -2, they
+    // stay; -1, others lose the sketch's area, which isn't stored; 0, others keep theirs and the rest of the sketch is
+    // stored; 1, each overlap becomes a polygon of its own; 2, the sketch is stored whole and others lose its area.
+    // With any other code it is stored only when it meets nothing. New polygons have no attributes. False after a
+    // failure, which is reported.
+    bool QZ_AddPolygonRun(FeatureLayer& pFLayer, const Polygon& pNewPolygon, std::int16_t iPriority,
+                          RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // The same; new polygons have the values of `fieldDic`, as in QZ_AddPointA.
+    // False after a failure, which is reported.
+    bool QZ_AddPolygonA(FeatureLayer& pFLayer, const Polygon& pNewPolygon, std::int16_t iPriority,
+                        RefreshArea& pRefresh, const Dictionary* fieldDic, bool bEditing, Application& pApp) noexcept;
+
+    // Extends the polygon at `pStartPoint` by a sketched one. Where the sketch meets others, with the code 2 they lose
+    // its area, with 0 they keep theirs; with any other code nothing happens then.
+    // False after a failure, which is reported.
+    bool QZ_ReshapePolygon(FeatureLayer& pFLayer, const Polygon& pNewPolygon, std::int16_t iPriority,
+                           RefreshArea& pRefresh, const Point& pStartPoint, Application& pApp) noexcept;
+
+    // Merges the polygon at `pSP` into the one at `pTP`, which gets values by the union rules of the layer.
+    // False, with a notice and without a change, when there isn't one polygon at each point or both are in the same;
+    // false after a failure, which is reported.
+    bool QZ_MergePolygons(FeatureLayer& pFLayer, const Point& pSP, const Point& pTP, RefreshArea& pRefresh,
+                          Application& pApp) noexcept;
+
+    // Turns every overlap between selected polygons into a polygon of its own, without attributes. `fCount` sizes the
+    // progress; `pEnv` has no effect.
+    // False after a failure, which is reported.
+    bool QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,
+                                      const Envelope* pEnv, Application& pApp) noexcept;
+
+    // Moves the ends of lines to `pPoint`. `m_fDic`: object id to "f" (the start), "t" (the end) or "ft" (both). Each
+    // line keeps its own z and m there.
+    // False after a failure, which is reported; nothing is changed then.
+    bool QZ_UpdateShared(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
+                         Application& pApp) noexcept;
+
+    // Moves vertices of polygons to `pPoint`. `m_fDic`: object id to "ring|vertex", both from 0 on.
+    // False after a failure, which is reported; nothing is changed then.
+    bool QZ_UpdateSharedPolygon(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
+                                Application& pApp) noexcept;
+
+    // Stores the faces that the selected lines of the source layer enclose as polygons, with islands as holes, each as
+    // QZ_AddPolygonRun does with `iPriority`. Lines meet at their ends; an outline whose two free ends are less than
+    // `dFuzzy` apart is closed.
+    // False, with a notice, without lines, a selection or faces; false after a failure, which is reported.
+    bool QZ_BuildPolygonRun(FeatureLayer& pFLayer, FeatureLayer& pSourceLayer, double dFuzzy, std::int16_t iPriority,
+                            RefreshArea& pRefresh, Application& pApp) noexcept;
+
     // Adds a parallel copy of the first line of the cursor, `dOffDist` away in units of the map on the side of
     // `pEndPoint`, which is in the map's reference, with the attributes of the line. `vMethod` 2 points outer corners,
     // 4 cuts them, 8 rounds them. Without `bCopy` the line is deleted. When the copy would vanish nothing changes.

@@ -72,6 +72,32 @@ constexpr MethodHelp texts[] = {
     {"QZ_TopoCleanPl",
      "Cleans a line layer: vertices within the tolerance become one, and lines are cut where they meet.",
      "--data town.gpkg:streets --dFuzzy 0.01"},
+    {"QZ_AddPolygonRun",
+     "Adds a polygon to a layer without overlaps. The priority says what becomes of overlaps: -2 they stay, -1 others "
+     "lose them and nothing is stored, 0 others keep them, 1 they become polygons of their own, 2 others lose them.",
+     "--data town.gpkg:parcels --pNewPolygon \"POLYGON ((548300 5806400, 548300 5806420, 548320 5806420, 548300 "
+     "5806400))\" --iPriority 0"},
+    {"QZ_AddPolygonA", "The same as QZ_AddPolygonRun, with attributes for new polygons.",
+     "--data town.gpkg:parcels --pNewPolygon \"POLYGON ((548300 5806400, 548300 5806420, 548320 5806420, 548300 "
+     "5806400))\" --iPriority 0 --fieldDic '{\"OWNER\": \"Town\"}' --bEditing true"},
+    {"QZ_ReshapePolygon",
+     "Extends the polygon at a point by another one. Others that it meets keep their area with the priority 0 and lose "
+     "it with 2.",
+     "--data town.gpkg:parcels --pNewPolygon \"POLYGON ((548300 5806400, 548300 5806420, 548320 5806420, 548300 "
+     "5806400))\" --iPriority 2 --pStartPoint 548301,5806402"},
+    {"QZ_MergePolygons",
+     "Merges the polygon at the first point into the one at the second; values follow the union rules.",
+     "--data town.gpkg:parcels --pSP 548200,5806270 --pTP 548240,5806270"},
+    {"QZ_IntersectSelectedPolygons", "Turns every overlap between the selected polygons into a polygon of its own.",
+     "--data town.gpkg:parcels --all"},
+    {"QZ_UpdateShared", "Moves ends of lines to a point: object ids with f (start), t (end) or ft (both).",
+     "--data town.gpkg:streets --pPoint 548300,5806400 --m_fDic '{\"3\": \"t\", \"7\": \"f\"}'"},
+    {"QZ_UpdateSharedPolygon", "Moves vertices of polygons to a point: object ids with ring|vertex, from 0 on.",
+     "--data town.gpkg:parcels --pPoint 548300,5806400 --m_fDic '{\"3\": \"0|2\"}'"},
+    {"QZ_BuildPolygonRun",
+     "Builds polygons of the faces that the selected lines of another layer enclose. The lines have to end where they "
+     "meet: see QZ_SelectAndIntersectRun.",
+     "--data blocks.gpkg:blocks --source town.gpkg:streets --source-all --dFuzzy 0.001 --iPriority 0"},
     {"QZ_OffsetPolyline",
      "Adds a parallel copy of the selected line on the side of a point, in units of the map. vMethod 2 points outer "
      "corners, 4 cuts them, 8 rounds them. Without bCopy the line itself is deleted.",

@@ -74,22 +74,21 @@ const std::vector<MethodInfo>& methodTable() {
                    "pInSref", "pApp"}),
         available(&MKQZGenFunRun::QZ_AddPolyline, "QZ_AddPolyline",
                   {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
-        planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, Application&)>(
-            "QZ_AddPolygonRun", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_AddPolygonRun, "QZ_AddPolygonRun",
+                  {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_SplitPolygonRun, "QZ_SplitPolygonRun",
                   {"pFLayer", "pPolyline", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_PolygonAsPolylineRun, "QZ_PolygonAsPolylineRun",
                   {"pFLayer", "pPolygon", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
         planned<std::optional<Polygon>(FeatureClass&, const Point&, double, double, double, Application&)>(
             "QZ_CreatePieSegment", {"pFeatureClass", "pPoint", "dDist", "dCentralAngle", "dPolarDir", "pApp"}),
-        planned<bool(FeatureClass&, const Point&, const Dictionary*, Application&)>(
-            "QZ_UpdateShared", {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
-        planned<bool(FeatureClass&, const Point&, const Dictionary*, Application&)>(
-            "QZ_UpdateSharedPolygon", {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
-        planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, const Point&, Application&)>(
-            "QZ_ReshapePolygon", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pStartPoint", "pApp"}),
-        planned<bool(FeatureLayer&, std::int32_t, RefreshArea&, const Envelope*, Application&)>(
-            "QZ_IntersectSelectedPolygons", {"pFLayer", "fCount", "pRefresh", "pEnv", "pApp"}),
+        available(&MKQZGenFunRun::QZ_UpdateShared, "QZ_UpdateShared", {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
+        available(&MKQZGenFunRun::QZ_UpdateSharedPolygon, "QZ_UpdateSharedPolygon",
+                  {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
+        available(&MKQZGenFunRun::QZ_ReshapePolygon, "QZ_ReshapePolygon",
+                  {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pStartPoint", "pApp"}),
+        available(&MKQZGenFunRun::QZ_IntersectSelectedPolygons, "QZ_IntersectSelectedPolygons",
+                  {"pFLayer", "fCount", "pRefresh", noEffect("pEnv"), "pApp"}),
         planned<bool(FeatureLayer&, std::int32_t, RefreshArea&, const Envelope*, const FillSymbol&, Application&)>(
             "QZ_DrawOverlaps", {"pFLayer", "fCount", "pRefresh", "pEnv", "pOverlapSymbol", "pApp"}),
         planned<bool(FeatureLayer&, const Envelope*, RefreshArea&, const FillSymbol&, bool, const std::string&,
@@ -97,8 +96,7 @@ const std::vector<MethodInfo>& methodTable() {
                                     {"pFLayer", "pEnv", "pRefresh", "pGapSymbol", "bAdd", "sHow", "pApp"}),
         planned<bool(FeatureLayer&, const GeometryCollection&, const std::string&, Application&)>(
             "QZ_FillGaps", {"pFLayer", "pGapCol", "sHow", "pApp"}),
-        planned<bool(FeatureLayer&, const Point&, const Point&, RefreshArea&, Application&)>(
-            "QZ_MergePolygons", {"pFLayer", "pSP", "pTP", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_MergePolygons, "QZ_MergePolygons", {"pFLayer", "pSP", "pTP", "pRefresh", "pApp"}),
         planned<bool(FeatureLayer&, const Envelope*, double, const std::string&, const FillSymbol&, Application&)>(
             "QZ_DrawOverlaps_Topo", {"pFLayer", "pEnv", "dFuzzy", "sWhat", "pOverlapSymbol", "pApp"}),
         planned<bool(FeatureLayer&, const std::string&, RefreshArea&, const Envelope*, const std::string&,
@@ -113,8 +111,8 @@ const std::vector<MethodInfo>& methodTable() {
         available(&MKQZGenFunRun::QZ_InsertVertexRun, "QZ_InsertVertexRun",
                   {updateCursor("pFeatureCursor"), "pFLayer", "pFeature", "pPoint", noEffect("dSearchTol"), "pRefresh",
                    output("pInsertPoint"), "bSame", "pApp"}),
-        planned<bool(FeatureLayer&, FeatureLayer&, double, std::int16_t, RefreshArea&, Application&)>(
-            "QZ_BuildPolygonRun", {"pFLayer", "pSourceLayer", "dFuzzy", "iPriority", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_BuildPolygonRun, "QZ_BuildPolygonRun",
+                  {"pFLayer", "pSourceLayer", "dFuzzy", "iPriority", "pRefresh", "pApp"}),
         planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
             "QZ_FeaturesToGraphicsRun", {"pFeatureCursor", "sName", "lCount", "pApp"}),
         planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
@@ -175,8 +173,8 @@ const std::vector<MethodInfo>& methodTable() {
             {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "fieldDic", "bEditing", "pApp"}),
         available(&MKQZGenFunRun::QZ_AddPointA, "QZ_AddPointA",
                   {"pFLayer", "pPoint", "pRefresh", "fieldDic", "bEditing", "pApp"}),
-        planned<bool(FeatureLayer&, const Polygon&, std::int16_t, RefreshArea&, const Dictionary*, bool, Application&)>(
-            "QZ_AddPolygonA", {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "fieldDic", "bEditing", "pApp"}),
+        available(&MKQZGenFunRun::QZ_AddPolygonA, "QZ_AddPolygonA",
+                  {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "fieldDic", "bEditing", "pApp"}),
         available(&MKQZGenFunRun::QZ_PasteAttributes, "QZ_PasteAttributes",
                   {"pFLayer", updateCursor("pFeatureCursor"), "pRefresh", "fieldDic", "bEditing", "pApp"}),
         available(&MKQZGenFunRun::GetQZVersion, "GetQZVersion", {output("sQZArcGIS"), output("sQZBuilt")}),

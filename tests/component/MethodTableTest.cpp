@@ -8,7 +8,7 @@
 #include "component/MKQZGenFunRun.h"
 #include "component/MethodHelp.h"
 #include "component/MethodReference.h"
-#include "component/PlatformRelease.h"
+#include "common/PlatformRelease.h"
 #include "host/HeadlessHost.h"
 #include "host/RefreshAreaRecord.h"
 #include "platform/Error.h"

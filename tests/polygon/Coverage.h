@@ -58,8 +58,7 @@ inline Polygon coveredBy(FeatureClass& featureClass) {
 }
 
 // Nothing overlaps, and whatever touches has the same vertices. The tip of a wedge, less wide than the resolution, may
-// stay open behind a sketch that covers its mouth; it is some tenths of a millimetre wide, and none of the sketches
-// below makes one.
+// stay open behind a sketch that covers its mouth; none of the sketches in the tests makes one.
 inline void expectCoverage(FeatureClass& featureClass, const Polygon& covered) {
     const Coverage coverage = coverageOf(featureClass);
     const double resolution = featureClass.spatialReference().grid().xyResolution;

@@ -1,4 +1,4 @@
-#include "component/PlatformRelease.h"
+#include "common/PlatformRelease.h"
 
 #include <charconv>
 #include <optional>
