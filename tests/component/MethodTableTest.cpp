@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include "common/PlatformRelease.h"
 #include "component/MKQZGenFunRun.h"
 #include "component/MethodHelp.h"
 #include "component/MethodReference.h"
-#include "common/PlatformRelease.h"
 #include "host/HeadlessHost.h"
 #include "host/RefreshAreaRecord.h"
 #include "platform/Error.h"

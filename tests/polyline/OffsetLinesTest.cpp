@@ -98,6 +98,21 @@ TEST(OffsetPolyline, InUnitsOfTheMap) {
     EXPECT_NEAR(5500000 - copy.paths.front().xy().front().y, 100 * std::cos(49.65 * 3.14159265 / 180), 0.3);
 }
 
+TEST(OffsetPolyline, LayersWithoutArcsGetStraightSegments) {
+    Schema schema = roadSchema();
+    schema.shape->allowsArcs = false;
+    MemoryData data(std::move(schema));
+    data.add("LINESTRING ZM (0 0 1 1,10 0 1 1,10 10 1 1)");
+    Parallels frame;
+    const Point click = frame.click(20, -20);
+    EXPECT_TRUE(frame.component.QZ_OffsetPolyline(data.featureClass(), *data.featureClass().search({}), click, 8, 2,
+                                                  true, frame.refresh, {}, {}));
+    const FeaturePtr copy = data.featureClass().feature(2);
+    ASSERT_TRUE(copy);
+    EXPECT_FALSE(copy->shape()->as<Polyline>().paths.front().hasArcs());
+    EXPECT_NEAR(length(copy->shape()->as<Polyline>()), 20 + 3.14159265, 0.01);
+}
+
 TEST(OffsetPolyline, NothingSelectedIsTold) {
     Parallels lines;
     EXPECT_FALSE(lines.single(lines.click(0, 0), 8, 10, true));
