@@ -32,25 +32,36 @@ private:
 };
 
 // Weights that are smaller than the largest by this factor don't count in a double.
-constexpr double negligible = 1e-22;
+constexpr double negligible = 1e-20;
 
-Vertex bezierAt(const std::vector<Vertex>& control, double t) {
-    const auto n = static_cast<std::ptrdiff_t>(control.size()) - 1;
-    const auto degree = static_cast<double>(n);
-    const auto peak = std::min(n, static_cast<std::ptrdiff_t>((degree + 1) * t));
-    const auto at = [&](std::ptrdiff_t j) -> const Vertex& { return control[static_cast<std::size_t>(j)]; };
-    const double ratio = t / (1 - t);
+// The quotients of neighbouring binomial coefficients, C(n, j + 1) / C(n, j), and their inverses.
+struct BinomialSteps {
+    std::vector<double> up;
+    std::vector<double> down;
+
+    explicit BinomialSteps(std::size_t degree) {
+        for (std::size_t j = 0; j < degree; ++j) {
+            up.push_back(static_cast<double>(degree - j) / static_cast<double>(j + 1));
+            down.push_back(1 / up.back());
+        }
+    }
+};
+
+Vertex bezierAt(const std::vector<Vertex>& control, const BinomialSteps& steps, double t) {
+    const std::size_t n = steps.up.size();
+    const auto peak = std::min(n, static_cast<std::size_t>(static_cast<double>(n + 1) * t));
+    const double ratio = t / (1 - t), inverse = (1 - t) / t;
     WeightedSum sum;
-    sum.add(at(peak), 1);
+    sum.add(control[peak], 1);
     double weight = 1;
-    for (std::ptrdiff_t j = peak; j < n && weight > negligible; ++j) {
-        weight *= (degree - static_cast<double>(j)) / static_cast<double>(j + 1) * ratio;
-        sum.add(at(j + 1), weight);
+    for (std::size_t j = peak; j < n && weight > negligible; ++j) {
+        weight *= steps.up[j] * ratio;
+        sum.add(control[j + 1], weight);
     }
     weight = 1;
-    for (std::ptrdiff_t j = peak; j > 0 && weight > negligible; --j) {
-        weight *= static_cast<double>(j) / (degree - static_cast<double>(j) + 1) / ratio;
-        sum.add(at(j - 1), weight);
+    for (std::size_t j = peak; j > 0 && weight > negligible; --j) {
+        weight *= steps.down[j - 1] * inverse;
+        sum.add(control[j - 1], weight);
     }
     return sum.mean();
 }
@@ -133,7 +144,8 @@ std::vector<Vertex> sampled(const std::vector<Vertex>& control, std::int32_t cou
 } // namespace
 
 std::vector<Vertex> QZ_SmoothBZ(const std::vector<Vertex>& control, std::int32_t count) {
-    return sampled(control, count, [&](double i) { return bezierAt(control, i / count); });
+    const BinomialSteps steps(control.size() - 1);
+    return sampled(control, count, [&](double i) { return bezierAt(control, steps, i / count); });
 }
 
 std::vector<Vertex> QZ_SmoothBS(const std::vector<Vertex>& control, std::int32_t order, std::int32_t count) {
