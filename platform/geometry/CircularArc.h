@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <optional>
 
 #include "platform/geometry/Coordinates.h"
@@ -20,6 +21,9 @@ struct CircularArc {
     XY start{undefined, undefined};
 
     [[nodiscard]] double length() const noexcept { return radius * std::abs(sweep); }
+    // Turns by so little that the rounding of its centre, which is far away, moves the circle by as much as the arc
+    // rises over its chord: where it meets others only the chord can tell.
+    [[nodiscard]] bool isFlat() const noexcept { return std::abs(sweep) < 4e-7; }
     // The point at `ratio` of the sweep, 0 at the start, 1 at the end.
     [[nodiscard]] XY at(double ratio) const noexcept;
     // The inverse of `at` for points on the circle; others count by their direction from the centre. At least 0; above

@@ -147,7 +147,7 @@ void CurveSources::strokePiece(std::vector<XY>& line, const Stroke& piece, const
         line.push_back(end);
         reached = ratio;
     };
-    if (arc) {
+    if (arc && !arc->isFlat()) {
         for (const XY p : strokePoints(*arc, tolerance_ / strokesPerTolerance)) {
             // One that is an end but for rounding is left out.
             if (distanceBetween(p, line.back()) > resolution_ && distanceBetween(p, piece.end) > resolution_) {

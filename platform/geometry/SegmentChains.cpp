@@ -54,7 +54,7 @@ void SegmentChains::addChains(std::size_t path) {
     for (const ArcSegment& arc : curve.arcs()) {
         addStraightChains(path, straightFrom, arc.segment);
         circles.push_back(curve.circularArc(arc));
-        chains_.push_back({path, arc.segment, arc.segment + 1, &circles.back()});
+        chains_.push_back({path, arc.segment, arc.segment + 1, circles.back().isFlat() ? nullptr : &circles.back()});
         straightFrom = arc.segment + 1;
     }
     addStraightChains(path, straightFrom, curve.segmentCount());

@@ -185,6 +185,16 @@ TEST(SetOperationsWithArcs, AFullCircleStaysOnItsCircle) {
     EXPECT_TRUE(identical(whole, circle)) << toWkt(whole);
 }
 
+TEST(SetOperationsWithArcs, ArcsThatAreStraightButForRounding) {
+    const Polygon outline =
+        simplified(geometryFromWkt("CURVEPOLYGON (COMPOUNDCURVE ((1 4.75,0 1e-12),"
+                                   "CIRCULARSTRING (0 1e-12,0 2.5,1e-12 7.1),(1e-12 7.1,0 4,4 0,10 8),"
+                                   "CIRCULARSTRING (10 8,9 1e-12,4 6),(4 6,4 0,1 4.75)))")
+                       .as<Polygon>());
+    const Geometry elsewhere = geometryFromWkt("POLYGON ((120 0,120 1,121 1,121 0,120 0))");
+    EXPECT_NEAR(areaOf(difference(outline, elsewhere)), area(outline), 1e-9);
+}
+
 TEST(SetOperationsWithArcs, GrazingCirclesTouchInAPoint) {
     const Geometry left = geometryFromWkt("CURVEPOLYGON (CIRCULARSTRING (0 0,10 0,0 0))");
     const Geometry right = geometryFromWkt("CURVEPOLYGON (CIRCULARSTRING (30 0,10 0,30 0))");
