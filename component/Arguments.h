@@ -110,13 +110,14 @@ template <> struct Binding<Application> : ObjectBinding<Application, ParameterKi
 template <> struct Binding<RefreshArea> : ObjectBinding<RefreshArea, ParameterKind::refreshArea> {};
 template <> struct Binding<Display> : ObjectBinding<Display, ParameterKind::display> {};
 
-// A parameter as the member function declares it: T, const T&, T& (written back), or a pointer (may be absent).
+// A parameter as the member function declares it: T, const T&, T& (written back), or a pointer (may be absent; written
+// back too unless it points to a constant).
 template <typename T> struct Parameter {
     using Plain = std::remove_cv_t<std::remove_pointer_t<std::remove_reference_t<T>>>;
     static constexpr ParameterKind kind = Binding<Plain>::kind;
     static constexpr bool mayBeAbsent = std::is_pointer_v<T>;
-    static constexpr bool writtenBack =
-        Binding<Plain>::isValue && std::is_reference_v<T> && !std::is_const_v<std::remove_reference_t<T>>;
+    static constexpr bool writtenBack = Binding<Plain>::isValue && !std::is_same_v<T, Plain> &&
+                                        !std::is_const_v<std::remove_pointer_t<std::remove_reference_t<T>>>;
 
     static T pass(Argument& argument) {
         if constexpr (mayBeAbsent) {

@@ -23,6 +23,8 @@
 #include "smooth/QZGeneralize.h"
 #include "smooth/QZSmooth.h"
 #include "topology/QZBuildPolygon.h"
+#include "topology/QZDrawOverlaps.h"
+#include "topology/QZGaps.h"
 #include "topology/QZTopoClean.h"
 #include "topology/QZValidateEdits.h"
 
@@ -178,6 +180,33 @@ bool MKQZGenFunRun::QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int
                                                  const Envelope*, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_IntersectSelectedPolygons(pApp, pFLayer, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,
+                                    const Envelope* pEnv, const FillSymbol& pOverlapSymbol,
+                                    Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_DrawOverlaps(pApp, pFLayer, fCount, pRefresh, pEnv, pOverlapSymbol);
+}
+
+bool MKQZGenFunRun::QZ_DrawGaps(FeatureLayer& pFLayer, Envelope* pEnv, RefreshArea& pRefresh,
+                                const FillSymbol& pGapSymbol, bool bAdd, const std::string& sHow,
+                                Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_DrawGaps(pApp, pFLayer, pEnv, pRefresh, pGapSymbol, bAdd, sHow);
+}
+
+bool MKQZGenFunRun::QZ_FillGaps(FeatureLayer& pFLayer, const GeometryCollection& pGapCol, const std::string& sHow,
+                                Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_FillGaps(pFLayer, pGapCol, sHow);
+}
+
+bool MKQZGenFunRun::QZ_DrawOverlaps_Topo(FeatureLayer& pFLayer, const Envelope* pEnv, double dFuzzy,
+                                         const std::string& sWhat, const FillSymbol& pOverlapSymbol,
+                                         Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_DrawOverlaps_Topo(pApp, pFLayer, pEnv, dFuzzy, sWhat, pOverlapSymbol);
 }
 
 bool MKQZGenFunRun::QZ_UpdateShared(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,

@@ -156,6 +156,30 @@ public:
     bool QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,
                                       const Envelope* pEnv, Application& pApp) noexcept;
 
+    // Paints what two polygons of the layer share, once for each pair of those that meet `pEnv`, in map units; none
+    // means what the view shows. The polygons are added to the refresh area. `fCount`: their number, for the progress.
+    // False after a failure, which is reported.
+    bool QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh, const Envelope* pEnv,
+                         const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
+
+    // Finds the ground within `pEnv` (as QZ_DrawOverlaps has it) that polygons of the layer enclose without covering
+    // it, and paints it, or hands it to QZ_FillGaps when `bAdd` is set. What reaches the edge of `pEnv` is no gap;
+    // `pEnv` is a thousandth smaller afterwards. False after a failure, which is reported.
+    bool QZ_DrawGaps(FeatureLayer& pFLayer, Envelope* pEnv, RefreshArea& pRefresh, const FillSymbol& pGapSymbol,
+                     bool bAdd, const std::string& sHow, Application& pApp) noexcept;
+
+    // Stores gaps as features without values when `sHow` is "New Polygon", else each as part of the largest polygon
+    // that shares a boundary line with it.
+    // False after a failure, which is reported.
+    bool QZ_FillGaps(FeatureLayer& pFLayer, const GeometryCollection& pGapCol, const std::string& sHow,
+                     Application& pApp) noexcept;
+
+    // Paints the "Overlaps" or "Gaps" (`sWhat`) of the polygons whose extents meet `pEnv`, found along the edges of a
+    // topology graph with the cluster tolerance `dFuzzy`, in units of the layer.
+    // False after a failure, which is reported.
+    bool QZ_DrawOverlaps_Topo(FeatureLayer& pFLayer, const Envelope* pEnv, double dFuzzy, const std::string& sWhat,
+                              const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
+
     // Moves the ends of lines to `pPoint`. `m_fDic`: object id to "f" (the start), "t" (the end) or "ft" (both). Each
     // line keeps its own z and m there.
     // False after a failure, which is reported; nothing is changed then.

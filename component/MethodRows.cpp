@@ -89,16 +89,14 @@ const std::vector<MethodInfo>& methodTable() {
                   {"pFLayer", "pNewPolygon", "iPriority", "pRefresh", "pStartPoint", "pApp"}),
         available(&MKQZGenFunRun::QZ_IntersectSelectedPolygons, "QZ_IntersectSelectedPolygons",
                   {"pFLayer", "fCount", "pRefresh", noEffect("pEnv"), "pApp"}),
-        planned<bool(FeatureLayer&, std::int32_t, RefreshArea&, const Envelope*, const FillSymbol&, Application&)>(
-            "QZ_DrawOverlaps", {"pFLayer", "fCount", "pRefresh", "pEnv", "pOverlapSymbol", "pApp"}),
-        planned<bool(FeatureLayer&, const Envelope*, RefreshArea&, const FillSymbol&, bool, const std::string&,
-                     Application&)>("QZ_DrawGaps",
-                                    {"pFLayer", "pEnv", "pRefresh", "pGapSymbol", "bAdd", "sHow", "pApp"}),
-        planned<bool(FeatureLayer&, const GeometryCollection&, const std::string&, Application&)>(
-            "QZ_FillGaps", {"pFLayer", "pGapCol", "sHow", "pApp"}),
+        available(&MKQZGenFunRun::QZ_DrawOverlaps, "QZ_DrawOverlaps",
+                  {"pFLayer", "fCount", "pRefresh", "pEnv", "pOverlapSymbol", "pApp"}),
+        available(&MKQZGenFunRun::QZ_DrawGaps, "QZ_DrawGaps",
+                  {"pFLayer", "pEnv", "pRefresh", "pGapSymbol", "bAdd", "sHow", "pApp"}),
+        available(&MKQZGenFunRun::QZ_FillGaps, "QZ_FillGaps", {"pFLayer", "pGapCol", "sHow", "pApp"}),
         available(&MKQZGenFunRun::QZ_MergePolygons, "QZ_MergePolygons", {"pFLayer", "pSP", "pTP", "pRefresh", "pApp"}),
-        planned<bool(FeatureLayer&, const Envelope*, double, const std::string&, const FillSymbol&, Application&)>(
-            "QZ_DrawOverlaps_Topo", {"pFLayer", "pEnv", "dFuzzy", "sWhat", "pOverlapSymbol", "pApp"}),
+        available(&MKQZGenFunRun::QZ_DrawOverlaps_Topo, "QZ_DrawOverlaps_Topo",
+                  {"pFLayer", "pEnv", "dFuzzy", "sWhat", "pOverlapSymbol", "pApp"}),
         planned<bool(FeatureLayer&, const std::string&, RefreshArea&, const Envelope*, const std::string&,
                      const std::string&, const std::string&, const std::string&, double, Application&, bool,
                      const std::int32_t*)>("QZ_CopySelectedFromLayer",

@@ -18,6 +18,16 @@ bool hasLength(const Polyline& edge) {
 
 } // namespace
 
+GeometryTraits commonTraits(std::span<const Polyline> edges) {
+    GeometryTraits traits;
+    if (!edges.empty()) {
+        traits.spatialReference = edges.front().spatialReference;
+    }
+    traits.zAware = std::ranges::any_of(edges, &Polyline::zAware);
+    traits.mAware = std::ranges::any_of(edges, &Polyline::mAware);
+    return traits;
+}
+
 void appendEdge(Path& target, const Path& edge, bool reversed) {
     if (!target.isEmpty() && !(target.xy().back() == placeOf(edge, reversed ? 1 : 0))) {
         target.addVertex(reversed ? edge.back() : edge.front());

@@ -27,6 +27,9 @@ using EdgeEnd = std::uint32_t;
     return isReversed(end) ? edge.xy().back() : edge.xy().front();
 }
 
+// The spatial reference of the first edge, and the awareness of all together.
+[[nodiscard]] GeometryTraits commonTraits(std::span<const Polyline> edges);
+
 // Continues the path with an edge, from its end when it is reversed. Where the path ends elsewhere within the same
 // node, a straight segment leads to the edge.
 void appendEdge(Path& target, const Path& edge, bool reversed);

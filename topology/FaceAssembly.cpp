@@ -129,10 +129,12 @@ void FaceAssembly::placeOutlines(const StageProgress& progress) {
     std::ranges::transform(shells_, std::back_inserter(extents),
                            [this](const Shell& shell) { return pathOf(shell.ring).envelope(); });
     const PackedEnvelopeTree tree(extents);
+    around_.assign(outlines_.size(), Groups::none);
     for (std::size_t i = 0; i < outlines_.size(); ++i) {
         progress(i, outlines_.size());
         if (Shell* shell = shellAround(outlines_[i], tree)) {
             shell->holes.push_back(outlines_[i]);
+            around_[i] = shell->ring;
         }
     }
 }

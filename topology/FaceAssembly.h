@@ -19,6 +19,17 @@ public:
 
     // Makes the outlines of parts holes of the faces of other parts that they lie in.
     void placeOutlines(const StageProgress& progress);
+    // Calls `see(ring, exterior ring of the smallest face of another part that it lies in, or none)` for each ring
+    // around a part of the network.
+    template <typename See> void forEachOutline(See see) const {
+        for (std::size_t i = 0; i < outlines_.size(); ++i) {
+            see(outlines_[i], around_.empty() ? Groups::none : around_[i]);
+        }
+    }
+    // Keeps the faces alone for which `isWanted(half-edge that has the face to its right)`.
+    template <typename IsWanted> void keepFaces(IsWanted isWanted) {
+        std::erase_if(shells_, [&](const Shell& shell) { return !isWanted(trace_.rings()[shell.ring].front()); });
+    }
     // In the order of the smallest half-edges of their exterior rings, which they start with. Polygons of lines that
     // cross without a node, or with rings less wide than the resolution, are simplified, and come as one for each part
     // that is left.
@@ -46,6 +57,7 @@ private:
     GeometryTraits traits_;
     std::vector<Shell> shells_;
     std::vector<std::uint32_t> outlines_; // rings around parts of the network
+    std::vector<std::uint32_t> around_;   // the exterior ring around each, or none; once placed
 };
 
 } // namespace qz

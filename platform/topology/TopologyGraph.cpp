@@ -16,11 +16,6 @@ namespace {
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
-struct Shapes {
-    std::vector<TopologyGraph::Parent> features;
-    std::vector<Geometry> shapes;
-};
-
 void requireOneReference(std::span<FeatureClass* const> classes) {
     for (const FeatureClass* featureClass : classes) {
         if (!(featureClass->spatialReference() == classes.front()->spatialReference())) {
@@ -30,20 +25,11 @@ void requireOneReference(std::span<FeatureClass* const> classes) {
     }
 }
 
-Shapes read(std::span<FeatureClass* const> classes, const Envelope* extent) {
-    requireOneReference(classes);
-    Shapes result;
-    for (std::size_t i = 0; i < classes.size(); ++i) {
-        const CursorPtr cursor = classes[i]->search({});
-        for (FeaturePtr row = cursor->next(); row; row = cursor->next()) {
-            const auto& shape = row->shape();
-            if (shape && !shape->isEmpty() && (!extent || shape->envelope().intersects(*extent))) {
-                result.features.push_back({i, row->objectId()});
-                result.shapes.push_back(*shape);
-            }
-        }
-    }
-    return result;
+FeatureFilter touching(const Envelope& extent, const SpatialReference& reference) {
+    FeatureFilter filter;
+    filter.shape = rectangle(extent, reference);
+    filter.relation = SpatialRelation::envelopeIntersects;
+    return filter;
 }
 
 // x and y of its ends, and of the middle of an arc.
@@ -250,12 +236,39 @@ private:
     std::vector<bool> runsUp_; // whether its edge goes from the low to the high end
 };
 
+TopologyGraph::Network TopologyGraph::read(std::span<FeatureClass* const> classes, const Envelope* extent) {
+    requireOneReference(classes);
+    Network network;
+    for (std::size_t i = 0; i < classes.size(); ++i) {
+        const FeatureFilter filter = extent ? touching(*extent, classes[i]->spatialReference()) : FeatureFilter{};
+        const CursorPtr cursor = classes[i]->search(filter);
+        for (FeaturePtr row = cursor->next(); row; row = cursor->next()) {
+            const auto& shape = row->shape();
+            if (shape && !shape->isEmpty()) {
+                network.features.push_back({i, row->objectId()});
+                network.shapes.push_back(*shape);
+            }
+        }
+    }
+    return network;
+}
+
 TopologyGraph::TopologyGraph(std::span<FeatureClass* const> classes, const Envelope* extent, double tolerance)
-    : shapes_([&] {
-          Shapes found = read(classes, extent);
-          features_ = std::move(found.features);
-          return SettledShapes(std::move(found.shapes), tolerance);
-      }()) {
+    : TopologyGraph(read(classes, extent), tolerance) {}
+
+TopologyGraph::TopologyGraph(std::vector<Geometry> shapes, double tolerance)
+    : TopologyGraph(
+          [&] {
+              Network network{.features = std::vector<Parent>(shapes.size()), .shapes = std::move(shapes)};
+              for (std::size_t i = 0; i < network.features.size(); ++i) {
+                  network.features[i].id = static_cast<ObjectId>(i);
+              }
+              return network;
+          }(),
+          tolerance) {}
+
+TopologyGraph::TopologyGraph(Network network, double tolerance)
+    : features_(std::move(network.features)), shapes_(std::move(network.shapes), tolerance) {
     EdgeTracer(*this).run();
     for (std::size_t feature = 0; feature < features_.size(); ++feature) {
         isUnchanged_.push_back(isAsGiven(feature));

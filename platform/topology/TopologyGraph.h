@@ -37,6 +37,8 @@ public:
     // lines or polygons and have one spatial reference; the tolerance is in its units. Throws PlatformError for other
     // classes and for a tolerance that is negative or not finite.
     TopologyGraph(std::span<FeatureClass* const> classes, const Envelope* extent, double tolerance);
+    // Of shapes by themselves; the id of each is its place in the given ones. None is empty.
+    TopologyGraph(std::vector<Geometry> shapes, double tolerance);
 
     [[nodiscard]] std::size_t featureCount() const noexcept { return features_.size(); }
     [[nodiscard]] const Parent& feature(std::size_t number) const noexcept { return features_[number]; }
@@ -70,6 +72,13 @@ private:
         std::vector<std::uint32_t> left;
         std::vector<std::uint32_t> right;
     };
+
+    struct Network {
+        std::vector<Parent> features;
+        std::vector<Geometry> shapes;
+    };
+    [[nodiscard]] static Network read(std::span<FeatureClass* const> classes, const Envelope* extent);
+    TopologyGraph(Network network, double tolerance);
 
     friend class EdgeTracer;
     [[nodiscard]] bool isAsGiven(std::size_t feature) const;

@@ -1,0 +1,37 @@
+#include "topology/MapGround.h"
+
+#include <fmt/format.h>
+
+#include "common/InReference.h"
+#include "common/QZSpatialSearch.h"
+#include "platform/Error.h"
+
+namespace qz {
+
+Envelope shownWithin(Application& application, const Envelope* envelope) {
+    return envelope ? *envelope : application.focusMap().activeView().visibleBounds();
+}
+
+Polygon groundOf(Application& application, const Envelope& envelope, const FeatureClass& featureClass) {
+    Polygon ground =
+        inReference(rectangle(envelope, application.focusMap().spatialReference()), featureClass.spatialReference());
+    ground.spatialReference = featureClass.spatialReference();
+    return ground;
+}
+
+CursorPtr featuresOn(const Polygon& ground, FeatureClass& featureClass) {
+    CursorPtr cursor =
+        QZ_FindFeaturesSpatialy(ground, featureClass, featureClass.spatialReference(), "Intersects", "Search");
+    if (!cursor) {
+        throw PlatformError(
+            fmt::format("The features of {} in the extent could not be found.", featureClass.schema().name));
+    }
+    return cursor;
+}
+
+void paint(Application& application, const Polygon& polygon, const FillSymbol& symbol) {
+    Map& map = application.focusMap();
+    map.activeView().display().drawPolygon(inReference(polygon, map.spatialReference()), symbol);
+}
+
+} // namespace qz
