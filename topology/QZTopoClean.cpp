@@ -227,8 +227,21 @@ private:
 
     enum class Step { store = 1, tell = 2 };
 
+    // By ascending object id, which is the order of the graph.
+    [[nodiscard]] FeatureFilter rebuiltFeatures(const TopologyGraph& graph) const {
+        FeatureFilter filter;
+        filter.ids.emplace();
+        for (std::size_t feature = 0; feature < graph.featureCount(); ++feature) {
+            if (rebuilt_[feature]) {
+                filter.ids->push_back(graph.feature(feature).id);
+            }
+        }
+        return filter;
+    }
+
     // Replaces every feature that was rebuilt.
     bool store(const TopologyGraph& graph, Step& step) {
+        const CursorPtr sources = class_.update(rebuiltFeatures(graph));
         const CursorPtr insertCursor = class_.insert();
         const auto buffer = class_.createBuffer();
         std::vector<ObjectId> vanished;
@@ -239,12 +252,12 @@ private:
                             if (!shapes || !stored) {
                                 return;
                             }
-                            const FeaturePtr source = class_.feature(graph.feature(feature).id);
+                            const FeaturePtr source = sources->next();
                             stored = std::ranges::all_of(*shapes, [&](const Geometry& shape) {
                                 return QZ_InsertFeature(*insertCursor, *buffer, source.get(), shape, &rules_);
                             });
                             if (stored) {
-                                source->remove();
+                                sources->remove();
                             }
                             if (shapes->empty()) {
                                 vanished.push_back(graph.feature(feature).id);

@@ -17,6 +17,9 @@ namespace {
 constexpr const char* driver = "GPKG";
 // How long a save waits for another program's transaction.
 constexpr int busyMilliseconds = 10'000;
+// What a save may hold in memory. Rows and their index entries lie scattered over the file: pages that don't fit are
+// written and read again many times.
+constexpr int savingCacheKilobytes = 128 * 1024;
 
 bool hasSideFiles(const std::string& path) {
     return std::filesystem::exists(path + "-wal") || std::filesystem::exists(path + "-journal");
@@ -59,6 +62,9 @@ DatasetAccess accessFor(const std::string& path, OpenMode mode) {
 
 void begin(GDALDataset& dataset) {
     const QuietErrors errors;
+    executeSql(dataset, fmt::format("PRAGMA cache_size = -{}", savingCacheKilobytes));
+    // Each row's own journal, for taking back the one statement, is small.
+    executeSql(dataset, "PRAGMA temp_store = MEMORY");
     if (dataset.StartTransaction() != OGRERR_NONE) {
         throw DataError(fmt::format("{} can't be saved to: {}.", dataset.GetDescription(), errors.text()));
     }
@@ -71,6 +77,7 @@ void commit(GDALDataset& dataset) {
     if (dataset.CommitTransaction() != OGRERR_NONE || errors.any()) {
         throw DataError(fmt::format("{} can't be saved to: {}.", dataset.GetDescription(), errors.text()));
     }
+    executeSql(dataset, "PRAGMA shrink_memory");
 }
 
 } // namespace
