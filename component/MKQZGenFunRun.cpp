@@ -1,15 +1,20 @@
 #include "component/MKQZGenFunRun.h"
 
+#include "cogo/QZCogoFields.h"
+#include "cogo/QZCogoInverse.h"
+#include "cogo/QZPieSegment.h"
 #include "common/ApplicationReference.h"
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
 #include "polygon/QZAddPolygon.h"
+#include "polygon/QZChamfer.h"
 #include "polygon/QZFindSplitAreaLine.h"
 #include "polygon/QZIntersectSelectedPolygons.h"
 #include "polygon/QZMergePolygons.h"
 #include "polygon/QZReshapePolygon.h"
 #include "polygon/QZSplitPolygon.h"
+#include "polygon/QZSquarePolygon.h"
 #include "polygon/QZUpdateShared.h"
 #include "polyline/QZAddPolyline.h"
 #include "polyline/QZExplode.h"
@@ -29,6 +34,14 @@
 #include "topology/QZValidateEdits.h"
 
 namespace qz {
+
+namespace {
+
+CornerCut cornerCut(double dR, bool bFillet) {
+    return {bFillet ? CornerForm::fillet : CornerForm::chamfer, dR};
+}
+
+} // namespace
 
 bool MKQZGenFunRun::QZ_Flip(FeatureCursor& pFeatureCursor, std::int32_t fCount, RefreshArea& pRefresh,
                             Application& pApp) noexcept {
@@ -207,6 +220,45 @@ bool MKQZGenFunRun::QZ_DrawOverlaps_Topo(FeatureLayer& pFLayer, const Envelope* 
                                          Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_DrawOverlaps_Topo(pApp, pFLayer, pEnv, dFuzzy, sWhat, pOverlapSymbol);
+}
+
+bool MKQZGenFunRun::QZ_ChamferAllRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF,
+                                     RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ChamferAllRun(pFeatureCursor, pFeatureClass, pF, pRefresh, cornerCut(dR, bFillet));
+}
+
+bool MKQZGenFunRun::QZ_ChamferSingleRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF,
+                                        const Point& pP, RefreshArea& pRefresh, double dR, bool bFillet,
+                                        Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ChamferSingleRun(pFeatureCursor, pFeatureClass, pF, pP, pRefresh, cornerCut(dR, bFillet));
+}
+
+bool MKQZGenFunRun::QZ_SquarePolygonAnglesRun(FeatureClass&, FeatureCursor& pFeatureCursor, const Point* pPoint,
+                                              RefreshArea& pRefresh, bool bTool, double dAngTol,
+                                              Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_SquarePolygonAnglesRun(pFeatureCursor, bTool ? pPoint : nullptr, pRefresh, dAngTol);
+}
+
+bool MKQZGenFunRun::QZ_AddCogoFields(FeatureLayer& pFLayer, std::int32_t lLinPrec, std::int32_t lAngPrec) noexcept {
+    return qz::QZ_AddCogoFields(pFLayer, lLinPrec, lAngPrec);
+}
+
+bool MKQZGenFunRun::QZ_CogoInverse(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                                   RefreshArea& pRefresh, const SpatialReference&, std::int16_t, std::int16_t lAngPrec,
+                                   const std::string& sDirType, const std::string& sDirUnits,
+                                   Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_CogoInverse(pApp, pFLayer, pFeatureCursor, fCount, pRefresh, {sDirType, sDirUnits, lAngPrec});
+}
+
+std::optional<Polygon> MKQZGenFunRun::QZ_CreatePieSegment(FeatureClass&, const Point& pPoint, double dDist,
+                                                          double& dCentralAngle, double dPolarDir,
+                                                          Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_CreatePieSegment(pPoint, dDist, dCentralAngle, dPolarDir);
 }
 
 bool MKQZGenFunRun::QZ_UpdateShared(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,

@@ -180,6 +180,43 @@ public:
     bool QZ_DrawOverlaps_Topo(FeatureLayer& pFLayer, const Envelope* pEnv, double dFuzzy, const std::string& sWhat,
                               const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
 
+    // Cuts every corner of `pF`, on which the update cursor stands, at the distance `dR` from it, or rounds it with an
+    // arc of that radius when `bFillet` is set. A corner where that doesn't fit stays. False without a feature, for a
+    // line of several parts, and after a failure, which is reported.
+    bool QZ_ChamferAllRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF,
+                          RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept;
+
+    // The same for the one corner nearest to `pP`.
+    bool QZ_ChamferSingleRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF, const Point& pP,
+                             RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept;
+
+    // Makes the corners of the first polygon of the update cursor right or straight: those that are so within `dAngTol`
+    // degrees, above 0 up to 45, or all of them for any other number. The segment nearest to `pPoint` keeps its
+    // direction when `bTool` is set and there is a point, else the longest one. False, without a change, when that
+    // can't be done, which is told, and after a failure, which is reported.
+    bool QZ_SquarePolygonAnglesRun(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point* pPoint,
+                                   RefreshArea& pRefresh, bool bTool, double dAngTol, Application& pApp) noexcept;
+
+    // Adds the fields that QZ_CogoInverse fills to a layer of lines: Direction, Distance, Delta, Radius, Tangent,
+    // ArcLength, Side, XStart, YStart. `lLinPrec`, `lAngPrec`: decimals of the linear fields and of Delta. Fields that
+    // are there stay. False after a failure, which is reported.
+    bool QZ_AddCogoFields(FeatureLayer& pFLayer, std::int32_t lLinPrec, std::int32_t lAngPrec) noexcept;
+
+    // Replaces the lines that the update cursor delivers by a feature for each segment, with the values of the line and
+    // the segment's direction, distance and curve in the COGO fields. Directions are written as `sDirType`, `sDirUnits`
+    // and `lAngPrec` say; see QZ_FormatDirection. `pInSref` and `lLinPrec` have no effect. False when a segment could
+    // not be stored, and after a failure, which is reported.
+    bool QZ_CogoInverse(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                        RefreshArea& pRefresh, const SpatialReference& pInSref, std::int16_t lLinPrec,
+                        std::int16_t lAngPrec, const std::string& sDirType, const std::string& sDirUnits,
+                        Application& pApp) noexcept;
+
+    // A pie slice around `pPoint` with the radius `dDist`, `dCentralAngle` degrees wide, about the polar direction
+    // `dPolarDir` in degrees; the arc is a true arc. An angle above 360 becomes 90 after the radii were placed.
+    // `pFeatureClass` has no effect. Nothing after a failure, which is reported.
+    std::optional<Polygon> QZ_CreatePieSegment(FeatureClass& pFeatureClass, const Point& pPoint, double dDist,
+                                               double& dCentralAngle, double dPolarDir, Application& pApp) noexcept;
+
     // Moves the ends of lines to `pPoint`. `m_fDic`: object id to "f" (the start), "t" (the end) or "ft" (both). Each
     // line keeps its own z and m there.
     // False after a failure, which is reported; nothing is changed then.

@@ -99,6 +99,26 @@ constexpr MethodHelp texts[] = {
      "5806210,548200 5806200)))\" --sHow \"New Polygon\""},
     {"QZ_DrawOverlaps_Topo", "Paints the Overlaps or Gaps between polygons, corners within the tolerance being one.",
      "--data town.gpkg:parcels --dFuzzy 0.001 --sWhat Gaps"},
+    {"QZ_ChamferAllRun",
+     "Cuts all corners of the selected line or polygon at the distance dR from each, or rounds them with arcs of that "
+     "radius.",
+     "--data town.gpkg:buildings --fid 3 --dR 1.5 --bFillet true"},
+    {"QZ_ChamferSingleRun", "Cuts or rounds the corner of the selected line or polygon that is nearest to a point.",
+     "--data town.gpkg:buildings --fid 3 --pP 548300,5806500 --dR 1.5 --bFillet false"},
+    {"QZ_SquarePolygonAnglesRun",
+     "Makes the corners of the selected polygon right or straight: those within dAngTol degrees of it, or all when it "
+     "is "
+     "0.",
+     "--data town.gpkg:buildings --fid 3 --bTool false --dAngTol 0"},
+    {"QZ_AddCogoFields", "Adds the fields for directions and distances to a layer of lines.",
+     "--data town.gpkg:streets --lLinPrec 3"},
+    {"QZ_CogoInverse",
+     "Replaces the selected lines by a feature for each segment, with its direction, distance and curve in the COGO "
+     "fields.",
+     "--data town.gpkg:streets --fid 7 --lAngPrec 0 --sDirType \"Quadrant Bearing\" --sDirUnits \"Degrees Minutes "
+     "Seconds\""},
+    {"QZ_CreatePieSegment", "Makes a pie slice around a point; directions are polar, in degrees.",
+     "--data town.gpkg:parcels --pPoint 548300,5806500 --dDist 25 --dCentralAngle 90 --dPolarDir 45"},
     {"QZ_UpdateShared", "Moves ends of lines to a point: object ids with f (start), t (end) or ft (both).",
      "--data town.gpkg:streets --pPoint 548300,5806400 --m_fDic '{\"3\": \"t\", \"7\": \"f\"}'"},
     {"QZ_UpdateSharedPolygon", "Moves vertices of polygons to a point: object ids with ring|vertex, from 0 on.",

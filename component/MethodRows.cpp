@@ -7,9 +7,8 @@ namespace qz {
 // putting the member function in their place.
 const std::vector<MethodInfo>& methodTable() {
     static const std::vector<MethodInfo> table = numbered({
-        planned<bool(FeatureLayer&, std::int32_t, std::int32_t)>(
-            "QZ_AddCogoFields",
-            {"pFLayer", defaulted("lLinPrec", std::int32_t{2}), defaulted("lAngPrec", std::int32_t{2})}),
+        available(&MKQZGenFunRun::QZ_AddCogoFields, "QZ_AddCogoFields",
+                  {"pFLayer", defaulted("lLinPrec", std::int32_t{2}), defaulted("lAngPrec", std::int32_t{2})}),
         available(&MKQZGenFunRun::QZ_ValidateEdits, "QZ_ValidateEdits", {"pFeatureClass", "pApp"}),
         withOwnOperation(available(&MKQZGenFunRun::QZ_TopoCleanPg, "QZ_TopoCleanPg",
                                    {"pFeatureClass", "dFuzzy", noEffect("iPrec"), "pApp"})),
@@ -80,8 +79,8 @@ const std::vector<MethodInfo>& methodTable() {
                   {"pFLayer", "pPolyline", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_PolygonAsPolylineRun, "QZ_PolygonAsPolylineRun",
                   {"pFLayer", "pPolygon", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "pApp"}),
-        planned<std::optional<Polygon>(FeatureClass&, const Point&, double, double, double, Application&)>(
-            "QZ_CreatePieSegment", {"pFeatureClass", "pPoint", "dDist", "dCentralAngle", "dPolarDir", "pApp"}),
+        available(&MKQZGenFunRun::QZ_CreatePieSegment, "QZ_CreatePieSegment",
+                  {noEffect("pFeatureClass"), "pPoint", "dDist", "dCentralAngle", "dPolarDir", "pApp"}),
         available(&MKQZGenFunRun::QZ_UpdateShared, "QZ_UpdateShared", {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
         available(&MKQZGenFunRun::QZ_UpdateSharedPolygon, "QZ_UpdateSharedPolygon",
                   {"pFeatureClass", "pPoint", "m_fDic", "pApp"}),
@@ -150,22 +149,19 @@ const std::vector<MethodInfo>& methodTable() {
             "QZ_AnalyseNaNs", {"pActiveView", "pFeatureLayer", "inSref", output("bChecked")}),
         available(&MKQZGenFunRun::QZ_InsertFeatureRun, "QZ_InsertFeatureRun",
                   {"pInsertFeatureCursor", "pInsertFeatureBuffer", "pOrigFeature", "pGeometry", "updateDic"}),
-        planned<bool(FeatureCursor&, FeatureClass&, Feature*, RefreshArea&, double, bool, Application&)>(
-            "QZ_ChamferAllRun", {"pFeatureCursor", "pFeatureClass", "pF", "pRefresh", "dR", "bFillet", "pApp"}),
-        planned<bool(FeatureCursor&, FeatureClass&, Feature*, const Point&, RefreshArea&, double, bool, Application&)>(
-            "QZ_ChamferSingleRun",
-            {"pFeatureCursor", "pFeatureClass", "pF", "pP", "pRefresh", "dR", "bFillet", "pApp"}),
-        planned<bool(FeatureClass&, FeatureCursor&, const Point&, RefreshArea&, bool, double, Application&)>(
-            "QZ_SquarePolygonAnglesRun",
-            {"pFeatureClass", "pFeatureCursor", "pPoint", "pRefresh", "bTool", "dAngTol", "pApp"}),
+        available(&MKQZGenFunRun::QZ_ChamferAllRun, "QZ_ChamferAllRun",
+                  {"pFeatureCursor", "pFeatureClass", "pF", "pRefresh", "dR", "bFillet", "pApp"}),
+        available(&MKQZGenFunRun::QZ_ChamferSingleRun, "QZ_ChamferSingleRun",
+                  {"pFeatureCursor", "pFeatureClass", "pF", "pP", "pRefresh", "dR", "bFillet", "pApp"}),
+        available(&MKQZGenFunRun::QZ_SquarePolygonAnglesRun, "QZ_SquarePolygonAnglesRun",
+                  {noEffect("pFeatureClass"), "pFeatureCursor", "pPoint", "pRefresh", "bTool", "dAngTol", "pApp"}),
         available(&MKQZGenFunRun::QZ_FindSplitAreaLine, "QZ_FindSplitAreaLine",
                   {"pPg", "sStart", "bArea", "dRequired", "dDeltaA", "sUin", "sUout", "pApp"}),
         available(&MKQZGenFunRun::QZ_SplitPolygon2, "QZ_SplitPolygon2",
                   {"pFLayer", "lFID", "pPolyline", "pRefresh", "pApp"}),
-        planned<bool(FeatureLayer&, FeatureCursor&, std::int32_t, RefreshArea&, const SpatialReference&, std::int16_t,
-                     std::int16_t, const std::string&, const std::string&, Application&)>(
-            "QZ_CogoInverse", {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "lLinPrec", "lAngPrec",
-                               "sDirType", "sDirUnits", "pApp"}),
+        available(&MKQZGenFunRun::QZ_CogoInverse, "QZ_CogoInverse",
+                  {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", noEffect("pInSref"), noEffect("lLinPrec"),
+                   "lAngPrec", "sDirType", "sDirUnits", "pApp"}),
         available(
             &MKQZGenFunRun::QZ_AddPolylineA, "QZ_AddPolylineA",
             {"pFLayer", "pPolyline", "pRefresh", "fCount", "bAdd", "sAction", "bOver", "fieldDic", "bEditing", "pApp"}),
