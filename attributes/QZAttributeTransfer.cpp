@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <initializer_list>
+#include <iterator>
 #include <optional>
 
 #include <fmt/format.h>
@@ -161,6 +163,57 @@ std::optional<Value> mergedValue(const Field& field, const std::string& rule, co
     return field.type == FieldType::string && rule == "First" ? std::optional(merged) : std::nullopt;
 }
 
+bool isOneOf(const std::string& rule, std::initializer_list<const char*> words) {
+    return std::ranges::any_of(words, [&](const char* word) { return rule == word; });
+}
+
+bool goesAlongChain(const Field& field, const std::string& rule) {
+    return field.isNumeric() ? isOneOf(rule, {"First", "Last", "Maximum", "Minimum", "Sum", "Average"})
+                             : field.type == FieldType::string && isOneOf(rule, {"First", "Last"});
+}
+
+Value valueAlongChain(const Field& field, std::size_t index, const std::string& rule,
+                      std::span<const ChainMember> chain) {
+    Value value = chain.front().feature->value(index);
+    for (const ChainMember& member : chain.subspan(1)) {
+        const Value& next = member.feature->value(index);
+        value = mergedValue(field, rule, value, next).value_or(next);
+    }
+    return value;
+}
+
+// What the ends of lines have in the fields of a range, in the direction of the merged line.
+class ChainRange {
+public:
+    ChainRange(const RangeFields& fields, std::span<const ChainMember> alongLine)
+        : begin_(alongLine.front().feature->value(alongLine.front().isReversed ? fields.end : fields.start)),
+          end_(alongLine.back().feature->value(alongLine.back().isReversed ? fields.start : fields.end)) {
+        const auto addTo = [this, &fields](const ChainMember& member) {
+            all_.push_back(member.feature->value(fields.start));
+            all_.push_back(member.feature->value(fields.end));
+        };
+        std::ranges::for_each(alongLine, addTo);
+        if (std::ranges::all_of(all_, isNumeric)) {
+            widen();
+        }
+    }
+
+    [[nodiscard]] const Value& begin() const noexcept { return begin_; }
+    [[nodiscard]] const Value& end() const noexcept { return end_; }
+
+private:
+    void widen() {
+        const auto [least, most] = std::ranges::minmax_element(all_, isLess);
+        const bool isDescending = isLess(end_, begin_);
+        begin_ = isDescending ? *most : *least;
+        end_ = isDescending ? *least : *most;
+    }
+
+    Value begin_;
+    Value end_;
+    std::vector<Value> all_;
+};
+
 } // namespace
 
 SplitRules::SplitRules(const Dictionary& rules, const Schema& schema) {
@@ -211,6 +264,36 @@ bool QZ_MergeAttributes(const FeatureClass& featureClass, const Dictionary& rule
         }
         return true;
     });
+}
+
+void writeChainValues(const Dictionary& rules, std::span<const ChainMember> chain,
+                      std::span<const ChainMember> alongLine) {
+    Feature& kept = *chain.front().feature;
+    const Schema& schema = kept.schema();
+    using Values = std::vector<std::pair<std::size_t, Value>>;
+    Values values; // the kept one's own are read until all are known
+    Values ranges; // come last: a pair field has a rule of its own that must not undo them
+    for (const Value& key : rules.keys()) {
+        const auto field = editableField(schema, toText(key));
+        if (!field) {
+            continue;
+        }
+        const AttributeRule rule = ruleOf(rules, key);
+        if (goesAlongChain(schema.fields[*field], rule.unite)) {
+            values.emplace_back(*field, valueAlongChain(schema.fields[*field], *field, rule.unite, chain));
+        } else if (rule.unite == "Null") {
+            values.emplace_back(*field, Value());
+        } else if (isOneOf(rule.unite, {"Range Address", "Range Continuous"})) {
+            const std::size_t pair = pairOf(schema, *field, rule.pair);
+            const ChainRange range({*field, pair}, alongLine);
+            ranges.emplace_back(*field, range.begin());
+            ranges.emplace_back(pair, range.end());
+        }
+    }
+    std::ranges::move(ranges, std::back_inserter(values));
+    for (auto& [field, value] : values) {
+        kept.setValue(field, std::move(value));
+    }
 }
 
 } // namespace qz

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "common/Dictionary.h"
@@ -55,5 +56,25 @@ void writeSplitValues(FeatureBuffer& buffer, const Feature& source, const SplitR
 // A failure is reported with its description and gives false; values written before it stay.
 [[nodiscard]] bool QZ_MergeAttributes(const FeatureClass& featureClass, const Dictionary& rules, const Feature& merged,
                                       Feature& kept);
+
+// A line of a chain that is merged into one.
+struct ChainMember {
+    FeaturePtr feature;
+    bool isReversed = false; // runs against the merged line
+};
+
+// Writes into the first feature of a chain what the union rules give for all of them together; the caller stores it.
+// `chain`: in the order by which "First" and "Last" go. `alongLine`: the same in the order along the merged line.
+//
+//   numbers   "First", "Last", "Maximum", "Minimum", "Sum", and "Average" as the running mean of pairs
+//   texts     "First", "Last"
+//   both      "Null"; a range ("Range Address", "Range Continuous") from the field to its pair: from where the first
+//             line along the merged one begins to where the last one ends, widened to cover all between; where one of
+//             the ends is no number they are taken as they are
+//
+// Null among the values counts as in QZ_MergeAttributes. Other fields and rules keep the first feature's value. Throws
+// PlatformError and DataError for values that can't be combined or that the field can't hold.
+void writeChainValues(const Dictionary& rules, std::span<const ChainMember> chain,
+                      std::span<const ChainMember> alongLine);
 
 } // namespace qz

@@ -28,22 +28,33 @@ private:
 // "Collecting polygons: " for a class of polygons, else "Collecting polylines: ".
 [[nodiscard]] std::string collectingText(const FeatureClass& featureClass);
 
-// The frame of a method that walks a cursor: calls `process(feature, shape)` for every feature that has a shape which
-// is neither null nor empty, and moves the progress for every feature. The progress is hidden after the last one; it
-// stays when `process` throws.
+// The frame of a method that walks a cursor: calls `process(FeaturePtr)` for every feature, and moves the progress. The
+// progress is hidden after the last one; it stays when `process` throws.
 template <typename Process>
-void walkShapes(Application& application, FeatureCursor& cursor, std::int32_t expected, const std::string& text,
-                Process process) {
+void walkFeatures(Application& application, FeatureCursor& cursor, std::int32_t expected, const std::string& text,
+                  Process process) {
     WalkProgress progress(application, expected, text);
     std::int32_t counter = 0;
     for (FeaturePtr feature = cursor.next(); feature; feature = cursor.next(), ++counter) {
-        const auto& shape = feature->shape();
-        if (shape && !shape->isEmpty()) {
-            process(*feature, *shape);
-        }
+        process(feature);
         progress.advance(counter);
     }
     progress.hide();
+}
+
+[[nodiscard]] inline bool hasShape(const Feature& feature) {
+    return feature.shape() && !feature.shape()->isEmpty();
+}
+
+// The same with `process(feature, shape)` for those that have a shape which is neither null nor empty.
+template <typename Process>
+void walkShapes(Application& application, FeatureCursor& cursor, std::int32_t expected, const std::string& text,
+                Process process) {
+    walkFeatures(application, cursor, expected, text, [&process](const FeaturePtr& feature) {
+        if (hasShape(*feature)) {
+            process(*feature, *feature->shape());
+        }
+    });
 }
 
 } // namespace qz

@@ -13,11 +13,14 @@ namespace qz {
 //   silent        nothing is shown
 //   labelled      the error's description, directly followed by the label ("" for the description alone)
 //   stepped       the error's description, the label, the number of the stage that failed, and a second label
+//   numbered      "Error ", the number of an unspecified failure, ": ", the description, and "In qz at " the procedure,
+//                 with a blank behind, on a line of its own
 
 namespace detail {
 
 // The description of the exception being handled; nothing is shown for an interruption by the user.
 void showFailure(std::string_view labelBefore, std::string_view step, std::string_view labelAfter) noexcept;
+void showNumberedFailure(std::string_view procedure) noexcept;
 
 } // namespace detail
 
@@ -35,6 +38,16 @@ Result withErrorExit(std::string_view label, Result failure, Body body) noexcept
         return body();
     } catch (...) {
         detail::showFailure(label, {}, {});
+        return failure;
+    }
+}
+
+template <typename Result, typename Body>
+Result withNumberedExit(std::string_view procedure, Result failure, Body body) noexcept {
+    try {
+        return body();
+    } catch (...) {
+        detail::showNumberedFailure(procedure);
         return failure;
     }
 }

@@ -17,11 +17,14 @@
 #include "polygon/QZSquarePolygon.h"
 #include "polygon/QZUpdateShared.h"
 #include "polyline/QZAddPolyline.h"
+#include "polyline/QZDangles.h"
 #include "polyline/QZExplode.h"
 #include "polyline/QZExtendPolyline.h"
 #include "polyline/QZFlip.h"
 #include "polyline/QZIntersectSelected.h"
 #include "polyline/QZOffset.h"
+#include "polyline/QZRedundantNodes.h"
+#include "polyline/QZRemovePseudo.h"
 #include "polyline/QZReshapePolyline.h"
 #include "polyline/QZSplitInPoint.h"
 #include "polyline/QZVertexEditing.h"
@@ -193,6 +196,26 @@ bool MKQZGenFunRun::QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int
                                                  const Envelope*, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_IntersectSelectedPolygons(pApp, pFLayer, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_RemovePseudo(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t lDisIndex,
+                                    std::int32_t fCount, RefreshArea& pRefresh, const Envelope*,
+                                    Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_RemovePseudo(pApp, pFLayer, pFeatureCursor, lDisIndex, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_RemoveRedundantNodes(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
+                                            const SpatialReference&, const Envelope* pEnv, std::int32_t fCount,
+                                            RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_RemoveRedundantNodes(pApp, pFeatureClass, pFeatureCursor, pEnv, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_DeleteSelectedDangles(FeatureClass& pFeatureClass, const SpatialReference& inSref,
+                                             const Geometry& pGeom, double dDangTol, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_DeleteSelectedDangles(pFeatureClass, inSref, pGeom, dDangTol);
 }
 
 bool MKQZGenFunRun::QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,

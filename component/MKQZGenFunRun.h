@@ -156,6 +156,24 @@ public:
     bool QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,
                                       const Envelope* pEnv, Application& pApp) noexcept;
 
+    // Merges the lines that the cursor delivers at nodes where exactly two of them end; `lDisIndex`: the place of a
+    // field among the fields that has to have the same text on both, -1 for none. Values follow the union rules of the
+    // layer. `pEnv` has no effect. False after a failure, which is reported.
+    bool QZ_RemovePseudo(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t lDisIndex,
+                         std::int32_t fCount, RefreshArea& pRefresh, const Envelope* pEnv, Application& pApp) noexcept;
+
+    // Moves all ends in `pEnv`, in map units, of the lines that the update cursor delivers onto one place in the middle
+    // of them. `pInSref` has no effect.
+    // False without an envelope and after a failure, which is reported.
+    bool QZ_RemoveRedundantNodes(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
+                                 const SpatialReference& pInSref, const Envelope* pEnv, std::int32_t fCount,
+                                 RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Deletes lines in `pGeom` that end freely and are shorter than `dDangTol`, in the units of `inSref`; one that is
+    // not above 0 means any length. What ends freely only afterwards stays. False after a failure, which is reported.
+    bool QZ_DeleteSelectedDangles(FeatureClass& pFeatureClass, const SpatialReference& inSref, const Geometry& pGeom,
+                                  double dDangTol, Application& pApp) noexcept;
+
     // Paints what two polygons of the layer share, once for each pair of those that meet `pEnv`, in map units; none
     // means what the view shows. The polygons are added to the refresh area. `fCount`: their number, for the progress.
     // False after a failure, which is reported.

@@ -55,14 +55,4 @@ Groups QZ_RemovePseudoInDicOutDic(const NodeIndex& nodes) {
     return chains;
 }
 
-Polyline joined(std::span<const Polyline> edges, std::span<const std::uint32_t> chain) {
-    Polyline line;
-    static_cast<GeometryTraits&>(line) = edges[edgeOf(chain.front())];
-    line.paths.emplace_back();
-    for (const EdgeEnd halfEdge : chain) {
-        appendEdge(line.paths.front(), edges[edgeOf(halfEdge)].paths.front(), isReversed(halfEdge));
-    }
-    return line;
-}
-
 } // namespace qz

@@ -13,7 +13,4 @@ namespace qz {
 // O(n).
 [[nodiscard]] Groups QZ_RemovePseudoInDicOutDic(const NodeIndex& nodes);
 
-// The chain as one line, with the awareness and reference of the first edge.
-[[nodiscard]] Polyline joined(std::span<const Polyline> edges, std::span<const std::uint32_t> chain);
-
 } // namespace qz

@@ -7,6 +7,8 @@
 #include <fmt/format.h>
 
 #include "common/NumberText.h"
+#include "common/PlatformRelease.h"
+#include "common/QZPrecision.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 
@@ -54,6 +56,12 @@ XY nodeKey(XY place, std::int16_t decimals) {
             fmt::format("A line ends at ({}, {}), which is no place; correct or delete the line.", place.x, place.y));
     }
     return {rounded(place.x, decimals), rounded(place.y, decimals)};
+}
+
+std::int16_t nodeDecimals(const FeatureClass& featureClass) {
+    constexpr double finest = 1e-15;
+    const double tolerance = QZ_PlatformAtLeast92() ? featureClass.spatialReference().grid().xyTolerance : finest;
+    return QZ_DecimalsFromTolerance(tolerance);
 }
 
 double nodeWidth(std::int16_t decimals) {

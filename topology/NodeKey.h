@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/geometry/SpatialReference.h"
+#include "platform/data/FeatureClass.h"
 #include "platform/geometry/XYHash.h"
 
 namespace qz {
@@ -14,6 +14,9 @@ namespace qz {
 // The texts are those of formatUngrouped: 15 significant digits, halves away from zero, no sign at zero; the number
 // format of the user's system plays no part. Throws PlatformError with the place for coordinates that are not finite.
 [[nodiscard]] XY nodeKey(XY place, std::int16_t decimals);
+
+// The decimals of node keys in a class: those of its tolerance; as many as there can be on platforms before 9.2.
+[[nodiscard]] std::int16_t nodeDecimals(const FeatureClass& featureClass);
 
 // The extent of the places with one key, each way.
 [[nodiscard]] double nodeWidth(std::int16_t decimals);

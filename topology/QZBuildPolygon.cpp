@@ -5,12 +5,11 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
-#include "common/PlatformRelease.h"
-#include "common/QZPrecision.h"
 #include "common/QZSpatialSearch.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "polygon/QZAddPolygon.h"
+#include "topology/NodeKey.h"
 #include "topology/QZPolylineToPolygon.h"
 
 namespace qz {
@@ -99,12 +98,6 @@ bool QZ_BuildPolygonRun(Application& application, FeatureLayer& layer, FeatureLa
         step = RunStep::store;
         return store(application, layer, polygons, settings.iPriority, refresh);
     });
-}
-
-std::int16_t nodeDecimals(const FeatureClass& featureClass) {
-    constexpr double finest = 1e-15;
-    const double tolerance = QZ_PlatformAtLeast92() ? featureClass.spatialReference().grid().xyTolerance : finest;
-    return QZ_DecimalsFromTolerance(tolerance);
 }
 
 std::vector<Polygon> QZ_BuildPolygon(Application& application, FeatureLayer& source, FeatureCursor& cursor,

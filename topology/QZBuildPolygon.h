@@ -20,9 +20,6 @@ struct BuildPolygonSettings {
 [[nodiscard]] bool QZ_BuildPolygonRun(Application& application, FeatureLayer& layer, FeatureLayer& source,
                                       const BuildPolygonSettings& settings, RefreshArea& refresh);
 
-// The decimals of node keys in a class: those of its tolerance; as many as there can be on platforms before 9.2.
-[[nodiscard]] std::int16_t nodeDecimals(const FeatureClass& featureClass);
-
 // The faces of the lines that the cursor delivers, every part being an edge of its own. Nothing when there is no line,
 // which is shown, or after a failure, which is reported.
 [[nodiscard]] std::vector<Polygon> QZ_BuildPolygon(Application& application, FeatureLayer& source,

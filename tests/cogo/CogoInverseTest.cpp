@@ -30,7 +30,8 @@ struct CogoInverse : testing::Test {
     static Schema lines() {
         Schema schema = roadSchema();
         schema.fields = {field("NAME", FieldType::string), field("XEnd", FieldType::doubleFloat),
-                         field("yend", FieldType::doubleFloat)};
+                         field("yend", FieldType::doubleFloat), field("SOURCE", FieldType::integer)};
+        schema.fields.back().editable = false;
         return schema;
     }
     bool addFields(int linearDecimals, int angularDecimals) {
@@ -93,7 +94,8 @@ TEST_F(CogoInverse, DecimalsThatLeaveNoDigitAddNothing) {
 
 TEST_F(CogoInverse, EverySegmentBecomesAFeature) {
     ASSERT_TRUE(addFields(2, 2));
-    data.add("LINESTRING ZM (0 0 1 5,30 40 2 6,30 40 3 7,30 140 4 8,20 140 5 9)", {std::string("Elm")});
+    data.add("LINESTRING ZM (0 0 1 5,30 40 2 6,30 40 3 7,30 140 4 8,30 140 4 8,20 140 5 9)",
+             {std::string("Elm"), 1.0, 2.0, std::int32_t{7}});
     data.add("", {std::string("null shape")});
     ASSERT_TRUE(invert({"Quadrant Bearing", "Degrees Minutes Seconds", 0}));
     Texts found;
@@ -146,14 +148,23 @@ TEST_F(CogoInverse, ArcsHaveTheirChordAndTheirCurve) {
     }
 }
 
+TEST_F(CogoInverse, AnArcAsGoodAsStraightHasNoCurve) {
+    ASSERT_TRUE(addFields(2, 2));
+    data.add("CIRCULARSTRING (0 0,50 0.0000001,100 0)");
+    ASSERT_TRUE(invert({"Polar", "Decimal Degrees", 2}));
+    EXPECT_EQ(listed(*rows().front(), {"Distance", "Delta", "Radius", "Side"}), "100 | null | null | null");
+    EXPECT_TRUE(rows().front()->shape()->as<Polyline>().paths[0].hasArcs());
+}
+
 TEST_F(CogoInverse, ASegmentThatCantBeStoredMakesTheResultFalse) {
     ASSERT_TRUE(addFields(2, 2));
     data.add("LINESTRING (0 0,10 0,2000000000000 0,2000000000000 10)");
+    data.add("LINESTRING (0 0,10 0)");
     EXPECT_FALSE(invert({"Polar", "Decimal Degrees", 2}));
     ASSERT_EQ(messages.size(), 2U); // the length of one segment, the start of the other
     EXPECT_NE(messages[0].find("Distance"), std::string::npos) << messages[0];
     EXPECT_NE(messages[1].find("XStart"), std::string::npos) << messages[1];
-    EXPECT_EQ(rows().size(), 1U);
+    EXPECT_EQ(rows().size(), 2U);
     EXPECT_EQ(data.wkt(1), "none");
 }
 

@@ -2,6 +2,7 @@
 #include <numbers>
 #include <random>
 
+#include "common/InReference.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Simplify.h"
 #include "polygon/QZChamfer.h"
@@ -73,6 +74,7 @@ TEST(Corners, CornersThatStay) {
         {"a side not longer than the distance", "POLYGON ((0 0,0 5,5 5,5 0,0 0))", {5, 5}, {chamfer, 5}},
         {"a side not longer than the radius", "POLYGON ((0 0,0 5,5 5,5 0,0 0))", {5, 5}, {fillet, 5}},
         {"the arc touches beyond a side", "POLYGON ((0 0,10 10,10 0,0 0))", {0, 0}, {fillet, 5}},
+        {"the same on a line", "LINESTRING (10 10,0 0,10 0)", {0, 0}, {fillet, 5}},
         {"nearly straight", "LINESTRING (0 0,100 0,200 0.87)", {100, 0}, {fillet, 5}},
         {"straight", "LINESTRING (0 0,100 0,200 0)", {100, 0}, {chamfer, 5}},
         {"back over itself", "LINESTRING (0 0,100 0,0 0.0001)", {100, 0}, {chamfer, 5}},
@@ -132,6 +134,30 @@ TEST_F(AllCorners, NeighboursShareTheirSegment) {
                     "2 POLYGON ZM ((0 0 1 2,0 1 1 2,2 3 1 2,8 3 1 2,10 1 1 2,10 0 1 2,0 0 1 2))"}));
     EXPECT_EQ(layer.refresh.count(), 4);
     EXPECT_TRUE(layer.messages.empty());
+}
+
+TEST(SingleCorner, ClickedInTheMapInALayerWithoutArcs) {
+    Schema schema = roadSchema();
+    schema.shape->spatialReference = SpatialReference::fromEpsg(25832);
+    schema.shape->allowsArcs = false;
+    MemoryData data(schema);
+    Geometry line = geometryFromWkt("LINESTRING (500000 5800000,500100 5800000,500100 5800100,500200 5800100)");
+    line.traits().spatialReference = schema.shape->spatialReference;
+    const ObjectId id = data.table->add(line, {});
+    FeatureFilter all;
+    const CursorPtr cursor = data.featureClass().update(all);
+    const FeaturePtr feature = cursor->next();
+    RefreshAreaRecord refresh;
+    Point click({500099, 5800101},
+                {.zAware = false, .mAware = false, .spatialReference = schema.shape->spatialReference});
+    click = inReference(click, SpatialReference::fromEpsg(4326));
+    ASSERT_TRUE(QZ_ChamferSingleRun(*cursor, data.featureClass(), feature.get(), click, refresh, {fillet, 10}));
+    const Polyline rounded = data.featureClass().feature(id)->shape()->as<Polyline>();
+    EXPECT_FALSE(rounded.paths[0].hasArcs());
+    EXPECT_GT(rounded.paths[0].vertexCount(), 10U);
+    EXPECT_NEAR(length(rounded), 300 - 20 + 5 * std::numbers::pi, 0.01); // strokes within the millimetre
+    EXPECT_EQ(rounded.paths[0].xy()[1], (XY{500100, 5800000}));
+    EXPECT_EQ(refresh.count(), 2);
 }
 
 TEST_F(AllCorners, NothingToCut) {

@@ -2,6 +2,7 @@
 #include <numbers>
 #include <random>
 
+#include "common/InReference.h"
 #include "common/QZPlane.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Simplify.h"
@@ -207,14 +208,16 @@ TEST(RightAngledRing, VerticesInsideASideStayInOrder) {
 }
 
 TEST_F(SquareAngles, TheSegmentNearestToThePointKeepsItsDirection) {
-    const ObjectId id = insertRow(layer.streets(), "POLYGON ((0 0,0 20,10 21,10 0,0 0))");
-    const Point bySlantedSide({4, 25}, {.zAware = false, .mAware = false, .spatialReference = layer.reference});
+    const ObjectId id = insertRow(
+        layer.streets(), "POLYGON ((500000 5800000,500000 5800020,500010 5800021,500010 5800000,500000 5800000))");
+    Point bySlantedSide({500004, 5800025}, {.zAware = false, .mAware = false, .spatialReference = layer.reference});
+    bySlantedSide = inReference(bySlantedSide, SpatialReference::fromEpsg(4326));
     ASSERT_TRUE(square(id, 0, &bySlantedSide));
     const Path ring = polygon(id).rings[0];
     bool found = false;
     for (std::size_t i = 0; i < ring.segmentCount(); ++i) {
         const XY way{ring.xy()[i + 1].x - ring.xy()[i].x, ring.xy()[i + 1].y - ring.xy()[i].y};
-        found = found || (way.x > 0 && std::abs(way.y / way.x - 0.1) < 1e-9);
+        found = found || (way.x > 0 && std::abs(way.y / way.x - 0.1) < 1e-8);
     }
     EXPECT_TRUE(found);
     EXPECT_LT(worstAngle(ring), 1e-6);
@@ -248,6 +251,10 @@ TEST_F(SquareAngles, WhatIsRefused) {
          10,
          {"Multi-Part geometries cannot be processed"}},
         {"a triangle has no right angles", "POLYGON ((0 0,0 10,5 3,0 0))", 0, {"Invalid shape"}},
+        {"five right angles are no ring",
+         "POLYGON ((0 10,9.51 3.09,5.88 -8.09,-5.88 -8.09,-9.51 3.09,0 10))",
+         45,
+         {crossing}},
         {"a fan closes no ring", "POLYGON ((0 0,1 10,30 10,26 4,22 1,0 0))", 45, {crossing}},
     };
     for (const auto& row : rows) {

@@ -3,7 +3,7 @@
 #include "platform/geometry/Boundary.h"
 #include "platform/geometry/Measures.h"
 #include "tests/support/StreetsFixture.h"
-#include "topology/EdgeChains.h"
+#include "tests/topology/FacesOracle.h"
 #include "topology/QZBuildPolygon.h"
 
 namespace qz::test {
@@ -188,7 +188,7 @@ TEST(PseudoNodes, JoinTheTwoLinesThatMeet) {
         const Groups chains = QZ_RemovePseudoInDicOutDic(QZ_GetNodesDic(edges, 1));
         Rows lines;
         for (std::size_t i = 0; i < chains.size(); ++i) {
-            lines.push_back(toWkt(joined(edges, chains[i])));
+            lines.push_back(toWkt(joined(edges, std::as_const(chains)[i])));
         }
         EXPECT_EQ(lines, row.joined);
     }

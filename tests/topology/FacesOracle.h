@@ -19,13 +19,23 @@ inline std::vector<Polyline> edgesOf(const HalfEdges& pieces) {
     return edges;
 }
 
+// A chain as one line.
+inline Polyline joined(std::span<const Polyline> edges, std::span<const EdgeEnd> chain) {
+    Polyline line;
+    line.paths.emplace_back();
+    for (const EdgeEnd halfEdge : chain) {
+        appendEdge(line.paths.front(), edges[edgeOf(halfEdge)].paths.front(), isReversed(halfEdge));
+    }
+    return line;
+}
+
 // The pieces joined wherever exactly two meet.
 inline std::vector<Polyline> joinedEdges(const HalfEdges& pieces) {
     const std::vector<Polyline> edges = edgesOf(pieces);
     const Groups chains = QZ_RemovePseudoInDicOutDic(QZ_GetNodesDic(edges, 9));
     std::vector<Polyline> lines;
     for (std::size_t i = 0; i < chains.size(); ++i) {
-        lines.push_back(joined(edges, chains[i]));
+        lines.push_back(joined(edges, std::as_const(chains)[i]));
     }
     return lines;
 }
