@@ -7,6 +7,7 @@
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
+#include "graphics/QZDerivedGraphics.h"
 #include "polygon/QZAddPolygon.h"
 #include "polygon/QZChamfer.h"
 #include "polygon/QZFindSplitAreaLine.h"
@@ -216,6 +217,78 @@ bool MKQZGenFunRun::QZ_DeleteSelectedDangles(FeatureClass& pFeatureClass, const 
                                              const Geometry& pGeom, double dDangTol, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_DeleteSelectedDangles(pFeatureClass, inSref, pGeom, dDangTol);
+}
+
+bool MKQZGenFunRun::QZ_FeaturesToGraphicsRun(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                             Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_FeaturesToGraphicsRun(pApp, pFeatureCursor, sName, lCount);
+}
+
+bool MKQZGenFunRun::QZ_CentroidGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                        Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_CentroidGraphics(pApp, pFeatureCursor, sName, lCount);
+}
+
+bool MKQZGenFunRun::QZ_VertexGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                      Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_VertexGraphics(pApp, pFeatureCursor, sName, lCount);
+}
+
+bool MKQZGenFunRun::QZ_EnvelopeGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                        Application& pApp, bool bSingle) noexcept {
+    setApplication(pApp);
+    return qz::QZ_EnvelopeGraphics(pApp, pFeatureCursor, sName, lCount, bSingle);
+}
+
+bool MKQZGenFunRun::QZ_ConvexGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                      Application& pApp, bool bSingle) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ConvexGraphics(pApp, pFeatureCursor, sName, lCount, bSingle);
+}
+
+bool MKQZGenFunRun::QZ_BoundingCircleGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                              Application& pApp, bool bSingle) noexcept {
+    setApplication(pApp);
+    return qz::QZ_BoundingCircleGraphics(pApp, pFeatureCursor, sName, lCount, bSingle);
+}
+
+bool MKQZGenFunRun::QZ_BoundingRectangleGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                                 Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_BoundingRectangleGraphics(pApp, pFeatureCursor, sName, lCount);
+}
+
+bool MKQZGenFunRun::QZ_EACircleGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                        Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_EACircleGraphics(pApp, pFeatureCursor, sName, lCount);
+}
+
+bool MKQZGenFunRun::QZ_BufferGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                      double dBuf, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_BufferGraphics(pApp, pFeatureCursor, sName, lCount, dBuf);
+}
+
+bool MKQZGenFunRun::QZ_GraphicPointAtDistance(FeatureCursor& pFeatureCursor, std::string& sName, double dSplitLength,
+                                              const Envelope*, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_GraphicPointAtDistance(pApp, pFeatureCursor, sName, dSplitLength);
+}
+
+bool MKQZGenFunRun::QZ_RandomGraphicsPg(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                        std::int32_t lNumPoints, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_RandomGraphicsPg(pApp, pFeatureCursor, sName, lCount, lNumPoints);
+}
+
+bool MKQZGenFunRun::QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                        std::int32_t lNumPoints, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_RandomGraphicsPl(pApp, pFeatureCursor, sName, lCount, lNumPoints);
 }
 
 bool MKQZGenFunRun::QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,

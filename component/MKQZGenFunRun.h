@@ -174,6 +174,60 @@ public:
     bool QZ_DeleteSelectedDangles(FeatureClass& pFeatureClass, const SpatialReference& inSref, const Geometry& pGeom,
                                   double dDangTol, Application& pApp) noexcept;
 
+    // The methods that follow draw shapes derived from the features of the cursor as elements of the map's graphics,
+    // with the default symbols. `sName`: the name of a field whose values label the elements, and then the last label;
+    // blank or no field: the label of all. `lCount`: the number of features, for the progress. Features without a shape
+    // are passed over. False after a failure, which is reported.
+
+    // The shapes themselves.
+    bool QZ_FeaturesToGraphicsRun(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                  Application& pApp) noexcept;
+
+    // The centroids of polygons.
+    bool QZ_CentroidGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                             Application& pApp) noexcept;
+
+    // Every vertex of lines and polygons, the one that closes a ring included.
+    bool QZ_VertexGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                           Application& pApp) noexcept;
+
+    // The envelopes; `bSingle`, and points always: one around all, labelled like the last feature.
+    bool QZ_EnvelopeGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount, Application& pApp,
+                             bool bSingle) noexcept;
+
+    // The convex hulls; `bSingle` as before.
+    bool QZ_ConvexGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount, Application& pApp,
+                           bool bSingle) noexcept;
+
+    // The smallest enclosing circles; `bSingle` as before.
+    bool QZ_BoundingCircleGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                   Application& pApp, bool bSingle) noexcept;
+
+    // Rectangles along the main axis of lines and polygons, the line between the two farthest corners of the hull.
+    bool QZ_BoundingRectangleGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                                      Application& pApp) noexcept;
+
+    // Circles of the area of polygons around their centroids.
+    bool QZ_EACircleGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                             Application& pApp) noexcept;
+
+    // Buffers at the distance `dBuf`, in the units of the layer.
+    bool QZ_BufferGraphics(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount, double dBuf,
+                           Application& pApp) noexcept;
+
+    // The point at `dSplitLength` along the first line, or the boundary of the first polygon. `pEnv1` has no effect.
+    // False also, with a notice, for a distance beyond the length.
+    bool QZ_GraphicPointAtDistance(FeatureCursor& pFeatureCursor, std::string& sName, double dSplitLength,
+                                   const Envelope* pEnv1, Application& pApp) noexcept;
+
+    // `lNumPoints` random points inside each polygon; where there is no room for all, which is told, those found.
+    bool QZ_RandomGraphicsPg(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                             std::int32_t lNumPoints, Application& pApp) noexcept;
+
+    // `lNumPoints` random points on each line.
+    bool QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
+                             std::int32_t lNumPoints, Application& pApp) noexcept;
+
     // Paints what two polygons of the layer share, once for each pair of those that meet `pEnv`, in map units; none
     // means what the view shows. The polygons are added to the refresh area. `fCount`: their number, for the progress.
     // False after a failure, which is reported.

@@ -107,30 +107,30 @@ const std::vector<MethodInfo>& methodTable() {
                    output("pInsertPoint"), "bSame", "pApp"}),
         available(&MKQZGenFunRun::QZ_BuildPolygonRun, "QZ_BuildPolygonRun",
                   {"pFLayer", "pSourceLayer", "dFuzzy", "iPriority", "pRefresh", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
-            "QZ_FeaturesToGraphicsRun", {"pFeatureCursor", "sName", "lCount", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
-            "QZ_CentroidGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
-            "QZ_VertexGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&, bool)>(
-            "QZ_EnvelopeGraphics", {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&, bool)>(
-            "QZ_ConvexGraphics", {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&, bool)>(
-            "QZ_BoundingCircleGraphics", {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
-            "QZ_BoundingRectangleGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, Application&)>(
-            "QZ_EACircleGraphics", {"pFeatureCursor", "sName", "lCount", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, double, Application&)>(
-            "QZ_BufferGraphics", {"pFeatureCursor", "sName", "lCount", "dBuf", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, double, const Envelope*, Application&)>(
-            "QZ_GraphicPointAtDistance", {"pFeatureCursor", "sName", "dSplitLength", noEffect("pEnv1"), "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, std::int32_t, Application&)>(
-            "QZ_RandomGraphicsPg", {"pFeatureCursor", "sName", "lCount", "lNumPoints", "pApp"}),
-        planned<bool(FeatureCursor&, const std::string&, std::int32_t, std::int32_t, Application&)>(
-            "QZ_RandomGraphicsPl", {"pFeatureCursor", "sName", "lCount", "lNumPoints", "pApp"}),
+        available(&MKQZGenFunRun::QZ_FeaturesToGraphicsRun, "QZ_FeaturesToGraphicsRun",
+                  {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        available(&MKQZGenFunRun::QZ_CentroidGraphics, "QZ_CentroidGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        available(&MKQZGenFunRun::QZ_VertexGraphics, "QZ_VertexGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        available(&MKQZGenFunRun::QZ_EnvelopeGraphics, "QZ_EnvelopeGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
+        available(&MKQZGenFunRun::QZ_ConvexGraphics, "QZ_ConvexGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
+        available(&MKQZGenFunRun::QZ_BoundingCircleGraphics, "QZ_BoundingCircleGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp", defaulted("bSingle", false)}),
+        available(&MKQZGenFunRun::QZ_BoundingRectangleGraphics, "QZ_BoundingRectangleGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        available(&MKQZGenFunRun::QZ_EACircleGraphics, "QZ_EACircleGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "pApp"}),
+        available(&MKQZGenFunRun::QZ_BufferGraphics, "QZ_BufferGraphics",
+                  {"pFeatureCursor", "sName", "lCount", "dBuf", "pApp"}),
+        available(&MKQZGenFunRun::QZ_GraphicPointAtDistance, "QZ_GraphicPointAtDistance",
+                  {"pFeatureCursor", "sName", "dSplitLength", noEffect("pEnv1"), "pApp"}),
+        available(&MKQZGenFunRun::QZ_RandomGraphicsPg, "QZ_RandomGraphicsPg",
+                  {"pFeatureCursor", "sName", "lCount", "lNumPoints", "pApp"}),
+        available(&MKQZGenFunRun::QZ_RandomGraphicsPl, "QZ_RandomGraphicsPl",
+                  {"pFeatureCursor", "sName", "lCount", "lNumPoints", "pApp"}),
         planned<bool(FeatureLayer&, RefreshArea&, const std::string&, const std::string&, std::int16_t,
                      const std::string&, const std::string&, const std::string&, bool, std::int32_t, double, bool, bool,
                      Application&)>("QZ_Gr2ShapeDo",

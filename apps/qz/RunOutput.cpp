@@ -14,9 +14,16 @@ namespace qz {
 
 namespace {
 
-std::string counts(const RowChanges& changes) {
-    return fmt::format("{} inserted, {} updated, {} deleted", changes.inserted.size(), changes.updated.size(),
-                       changes.deleted.size());
+// What was drawn, for methods that draw, and what became of the rows.
+std::string counts(const RunReport& report) {
+    const RowChanges& rows = report.changes;
+    const std::string changes = fmt::format("{} inserted, {} updated, {} deleted", rows.inserted.size(),
+                                            rows.updated.size(), rows.deleted.size());
+    const std::size_t drawn = report.graphics.size() + report.drawings.size();
+    if (drawn == 0) {
+        return changes;
+    }
+    return fmt::format("{} drawn", drawn) + (rows.empty() ? "" : "; " + changes);
 }
 
 // Nothing for a result that is no shape.
@@ -42,7 +49,7 @@ std::string outcome(const RunReport& report) {
     if (!report.succeeded()) {
         return report.saved ? "failed; what it had saved by itself stays" : "refused or failed; nothing was saved";
     }
-    const std::string changes = counts(report.changes) + (report.saved ? "; saved" : "");
+    const std::string changes = counts(report) + (report.saved ? "; saved" : "");
     if (const auto* text = std::get_if<std::string>(&report.result)) {
         return *text;
     }

@@ -15,6 +15,8 @@ struct RowChanges {
     std::vector<ObjectId> deleted;      // ascending
     std::vector<Geometry> shapesBefore; // of the rows updated and deleted, in the class's reference
     std::vector<Geometry> shapesAfter;  // of the rows inserted and updated
+
+    [[nodiscard]] bool empty() const noexcept { return inserted.empty() && updated.empty() && deleted.empty(); }
 };
 
 // Listens to the writes of a workspace from its making to its end and remembers which rows of the class they concern.

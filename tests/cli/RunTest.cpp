@@ -111,7 +111,7 @@ TEST_F(RunCommand, RefusedRunsEndWith1AndSaveNothing) {
     EXPECT_EQ(polygons.status, 1);
     EXPECT_EQ(polygons.json()["result"], false);
     EXPECT_EQ(polygons.json()["saved"], false);
-    const Outcome planned = qz("run QZ_RandomGraphicsPl --data town.gpkg:streets");
+    const Outcome planned = qz("run QZ_Gr2ShapeDo --data town.gpkg:streets");
     EXPECT_EQ(planned.status, 1);
     EXPECT_NE(planned.err.find("not available"), std::string::npos);
     EXPECT_EQ(contentOf(folder / "town.gpkg"), before);

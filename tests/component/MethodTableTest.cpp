@@ -82,7 +82,7 @@ TEST(LateBinding, RefusesWhatDoesNotFit) {
     EXPECT_THROW(invoke(component, "GetQZVersion", numbers), UsageError);
     EXPECT_THROW(invoke(component, "QZ_Nothing", none), UsageError);
     // A method that is announced but not there must never look like a success.
-    EXPECT_THROW(invoke(component, "QZ_RandomGraphicsPl", none), PlatformError);
+    EXPECT_THROW(invoke(component, "QZ_Gr2ShapeDo", none), PlatformError);
 }
 
 TEST(LateBinding, ConvertsNumbersHalfToEven) {
@@ -104,7 +104,7 @@ TEST(LateBinding, ConvertsNumbersHalfToEven) {
 TEST(MethodReference, ShowsWhatIsNotAvailable) {
     const std::string text = methodsAsText(selectMethods(""));
     EXPECT_NE(text.find(" 14   QZ_Flip("), std::string::npos);
-    EXPECT_NE(text.find(" 56 - QZ_RandomGraphicsPl("), std::string::npos);
+    EXPECT_NE(text.find(" 57 - QZ_Gr2ShapeDo("), std::string::npos);
     EXPECT_NE(methodsAsJson(selectMethods("QZ_Flip")).find("\"available\": true"), std::string::npos);
 }
 
