@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/app/Application.h"
+#include "platform/app/Services.h"
 
 namespace qz {
 
@@ -46,7 +47,17 @@ void walkFeatures(Application& application, FeatureCursor& cursor, std::int32_t 
     return feature.shape() && !feature.shape()->isEmpty();
 }
 
-// The same with `process(feature, shape)` for those that have a shape which is neither null nor empty.
+// Calls `process(FeaturePtr)` for every feature that has a shape which is neither null nor empty, without progress.
+template <typename Process> void forEachShaped(FeatureCursor& cursor, Process process) {
+    for (FeaturePtr feature = cursor.next(); feature; feature = cursor.next()) {
+        checkInterrupt();
+        if (hasShape(*feature)) {
+            process(feature);
+        }
+    }
+}
+
+// The frame of walkFeatures with `process(feature, shape)` for those that have a shape which is neither null nor empty.
 template <typename Process>
 void walkShapes(Application& application, FeatureCursor& cursor, std::int32_t expected, const std::string& text,
                 Process process) {

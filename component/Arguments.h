@@ -8,6 +8,7 @@
 
 #include "common/Dictionary.h"
 #include "platform/app/Application.h"
+#include "topology/QZAnalyseNodes.h"
 
 namespace qz {
 
@@ -22,7 +23,8 @@ using Argument = std::variant<std::monostate, bool, std::int16_t, std::int32_t, 
 [[nodiscard]] bool isNothing(const Argument& argument) noexcept;
 
 // What a method gives back; std::monostate stands for "no geometry".
-using Result = std::variant<std::monostate, bool, std::string, Multipoint, Polyline, Polygon, GeometryCollection>;
+using Result =
+    std::variant<std::monostate, bool, std::string, Multipoint, NodePoints, Polyline, Polygon, GeometryCollection>;
 
 enum class ParameterKind {
     boolean,
@@ -134,6 +136,7 @@ template <> struct Returned<std::string> { static constexpr ResultKind kind = Re
 template <> struct Returned<std::optional<Multipoint>> {
     static constexpr ResultKind kind = ResultKind::pointCollection;
 };
+template <> struct Returned<std::optional<NodePoints>> : Returned<std::optional<Multipoint>> {};
 template <> struct Returned<std::optional<Polyline>> { static constexpr ResultKind kind = ResultKind::polyline; };
 template <> struct Returned<std::optional<Polygon>> { static constexpr ResultKind kind = ResultKind::polygon; };
 template <> struct Returned<std::optional<GeometryCollection>> {

@@ -31,11 +31,14 @@
 #include "polyline/QZVertexEditing.h"
 #include "smooth/QZGeneralize.h"
 #include "smooth/QZSmooth.h"
+#include "topology/QZArrowPoints.h"
 #include "topology/QZBuildPolygon.h"
 #include "topology/QZDrawOverlaps.h"
+#include "topology/QZFindDuplicates.h"
 #include "topology/QZGaps.h"
 #include "topology/QZTopoClean.h"
 #include "topology/QZValidateEdits.h"
+#include "topology/QZVertices.h"
 
 namespace qz {
 
@@ -289,6 +292,58 @@ bool MKQZGenFunRun::QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::stri
                                         std::int32_t lNumPoints, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_RandomGraphicsPl(pApp, pFeatureCursor, sName, lCount, lNumPoints);
+}
+
+std::optional<NodePoints> MKQZGenFunRun::QZ_AnalyseNodes(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
+                                                         const SpatialReference& inSref, const std::string& what,
+                                                         const std::string& nType, bool bTrueCoords, std::int32_t lMax,
+                                                         bool& bChecked) noexcept {
+    return qz::QZ_AnalyseNodes(pActiveView, pFeatureLayer, inSref, what, nType, bTrueCoords, lMax, bChecked);
+}
+
+std::optional<GeometryCollection> MKQZGenFunRun::QZ_FindDupPolylines(ActiveView& pActiveView,
+                                                                     FeatureClass& pFeatureClass,
+                                                                     const SpatialReference& inSref,
+                                                                     const std::string& sWhat, double dFuzzy,
+                                                                     std::int32_t lMax, bool& bChecked) noexcept {
+    return qz::QZ_FindDupPolylines(pActiveView, pFeatureClass, inSref, sWhat, dFuzzy, lMax, bChecked);
+}
+
+std::optional<Multipoint> MKQZGenFunRun::QZ_FindDupPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass,
+                                                          const SpatialReference& inSref, const std::string& sWhat,
+                                                          std::int32_t lMax, double dFuzzy, bool& bChecked) noexcept {
+    return qz::QZ_FindDupPoints(pActiveView, pFeatureClass, inSref, sWhat, lMax, dFuzzy, bChecked);
+}
+
+std::optional<Multipoint> MKQZGenFunRun::QZ_GetVertices(ActiveView& pActiveView, FeatureLayer& pFLayer,
+                                                        const SpatialReference& sRef, bool& bChecked,
+                                                        std::int32_t lMaxFeatures) noexcept {
+    return qz::QZ_GetVertices(pActiveView, pFLayer, sRef, bChecked, lMaxFeatures);
+}
+
+std::optional<Multipoint> MKQZGenFunRun::QZ_AnalyseNaNs(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
+                                                        const SpatialReference& inSref, bool& bChecked) noexcept {
+    return qz::QZ_AnalyseNaNs(pActiveView, pFeatureLayer, inSref, bChecked);
+}
+
+bool MKQZGenFunRun::QZ_ArrowPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass, const SpatialReference& inSref,
+                                   const std::string& sWhat, bool& bChecked, Display& display,
+                                   const ArrowMarkerSymbol& pAMSymbol, const Symbol&, std::int32_t lMax, double dAlong,
+                                   Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_ArrowPoints(pActiveView, pFeatureClass, inSref, sWhat, bChecked, display, pAMSymbol, lMax, dAlong);
+}
+
+bool MKQZGenFunRun::QZ_RemoveDupPolylines(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
+                                          std::int32_t fCount, RefreshArea& pRefresh, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_RemoveDupPolylines(pApp, pFeatureClass, pFeatureCursor, fCount, pRefresh);
+}
+
+bool MKQZGenFunRun::QZ_RemoveDupPoints(FeatureClass&, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                                       RefreshArea& pRefresh, double dFuzzy, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_RemoveDupPoints(pApp, pFeatureCursor, fCount, pRefresh, dFuzzy);
 }
 
 bool MKQZGenFunRun::QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,

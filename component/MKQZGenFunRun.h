@@ -5,6 +5,7 @@
 
 #include "common/Dictionary.h"
 #include "platform/app/Application.h"
+#include "topology/QZAnalyseNodes.h"
 
 namespace qz {
 
@@ -227,6 +228,55 @@ public:
     // `lNumPoints` random points on each line.
     bool QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
                              std::int32_t lNumPoints, Application& pApp) noexcept;
+
+    // The methods that follow look at the features that meet what `pActiveView` shows when their word `what` is
+    // "Visible", else at all of the class. Features in view that are more than `lMax` are not looked at: `bChecked` is
+    // false then, and there is no result. `inSref`: that in which the view's bounds are compared with the features.
+    // Without a result also after a failure, which is reported.
+
+    // The nodes at which lines begin and end, with the number of line ends there less one: 0 is a dangle, 1 a pseudo
+    // node, 2 and more a regular node. `nType`: "all", "dangle", "pseudo", "regular", "d_p", "d_r" or "p_r"; none for
+    // another word. Two ends are one node when their coordinates are equal in decimals of the layer's tolerance; with
+    // `bTrueCoords` false in those of 1e-15.
+    std::optional<NodePoints> QZ_AnalyseNodes(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
+                                              const SpatialReference& inSref, const std::string& what,
+                                              const std::string& nType, bool bTrueCoords, std::int32_t lMax,
+                                              bool& bChecked) noexcept;
+
+    // The lines that repeat an earlier one, in either direction: those whose points at 0.1 % and 99.9 % of their length
+    // are equal in the decimals of `dFuzzy`, in the units of the class.
+    std::optional<GeometryCollection> QZ_FindDupPolylines(ActiveView& pActiveView, FeatureClass& pFeatureClass,
+                                                          const SpatialReference& inSref, const std::string& sWhat,
+                                                          double dFuzzy, std::int32_t lMax, bool& bChecked) noexcept;
+
+    // The points that repeat an earlier one in the decimals of `dFuzzy`.
+    std::optional<Multipoint> QZ_FindDupPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass,
+                                               const SpatialReference& inSref, const std::string& sWhat,
+                                               std::int32_t lMax, double dFuzzy, bool& bChecked) noexcept;
+
+    // All vertices of the features in view, `lMaxFeatures` features at most.
+    std::optional<Multipoint> QZ_GetVertices(ActiveView& pActiveView, FeatureLayer& pFLayer,
+                                             const SpatialReference& sRef, bool& bChecked,
+                                             std::int32_t lMaxFeatures) noexcept;
+
+    // The vertices without a measure of the features in view, 10,000 features at most; a notice tells when there are
+    // more.
+    std::optional<Multipoint> QZ_AnalyseNaNs(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
+                                             const SpatialReference& inSref, bool& bChecked) noexcept;
+
+    // Paints an arrow on every segment of the lines, `dAlong` points of 1/72 inch on the screen after its start and no
+    // farther than its end. `pSymbol` has no effect.
+    bool QZ_ArrowPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass, const SpatialReference& inSref,
+                        const std::string& sWhat, bool& bChecked, Display& display, const ArrowMarkerSymbol& pAMSymbol,
+                        const Symbol& pSymbol, std::int32_t lMax, double dAlong, Application& pApp) noexcept;
+
+    // Delete the features of the cursor that repeat an earlier one of it, as the finders find them; the lines with the
+    // class's default tolerance. They are added to the refresh area. `fCount`: the number of features, for the
+    // progress. False after a failure, which is reported.
+    bool QZ_RemoveDupPolylines(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                               RefreshArea& pRefresh, Application& pApp) noexcept;
+    bool QZ_RemoveDupPoints(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                            RefreshArea& pRefresh, double dFuzzy, Application& pApp) noexcept;
 
     // Paints what two polygons of the layer share, once for each pair of those that meet `pEnv`, in map units; none
     // means what the view shows. The polygons are added to the refresh area. `fCount`: their number, for the progress.

@@ -16,20 +16,16 @@ const std::vector<MethodInfo>& methodTable() {
             available(&MKQZGenFunRun::QZ_TopoCleanPl, "QZ_TopoCleanPl", {"pFeatureClass", "dFuzzy", "pApp"})),
         available(&MKQZGenFunRun::QZ_Explode, "QZ_Explode",
                   {"pFLayer", "pFeatureCursor", "fCount", "pRefresh", "pInSref", "pApp"}),
-        planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, const std::string&,
-                                          const std::string&, bool, std::int32_t, bool&)>(
-            "QZ_AnalyseNodes",
+        available(
+            &MKQZGenFunRun::QZ_AnalyseNodes, "QZ_AnalyseNodes",
             {"pActiveView", "pFeatureLayer", "inSref", "what", "nType", "bTrueCoords", "lMax", output("bChecked")}),
-        planned<std::optional<GeometryCollection>(ActiveView&, FeatureClass&, const SpatialReference&,
-                                                  const std::string&, double, std::int32_t, bool&)>(
-            "QZ_FindDupPolylines",
-            {"pActiveView", "pFeatureClass", "inSref", "sWhat", "dFuzzy", "lMax", output("bChecked")}),
-        planned<bool(ActiveView&, FeatureClass&, const SpatialReference&, const std::string&, bool&, Display&,
-                     const ArrowMarkerSymbol&, const Symbol&, std::int32_t, double, Application&)>(
-            "QZ_ArrowPoints", {"pActiveView", "pFeatureClass", "inSref", "sWhat", output("bChecked"),
-                               byValue("Display"), "pAMSymbol", "pSymbol", "lMax", "dAlong", "pApp"}),
-        planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&, std::int32_t)>(
-            "QZ_GetVertices", {"pActiveView", "pFLayer", "sRef", output("bChecked"), "lMaxFeatures"}),
+        available(&MKQZGenFunRun::QZ_FindDupPolylines, "QZ_FindDupPolylines",
+                  {"pActiveView", "pFeatureClass", "inSref", "sWhat", "dFuzzy", "lMax", output("bChecked")}),
+        available(&MKQZGenFunRun::QZ_ArrowPoints, "QZ_ArrowPoints",
+                  {"pActiveView", "pFeatureClass", "inSref", "sWhat", output("bChecked"), byValue("Display"),
+                   "pAMSymbol", noEffect("pSymbol"), "lMax", "dAlong", "pApp"}),
+        available(&MKQZGenFunRun::QZ_GetVertices, "QZ_GetVertices",
+                  {"pActiveView", "pFLayer", "sRef", output("bChecked"), "lMaxFeatures"}),
         available(&MKQZGenFunRun::QZ_ExtendPolyline2, "QZ_ExtendPolyline2",
                   {"pFeatureCursor", "pFLayer", "pInSref", "pStartPoint", "pEndPoint", noEffect("pEnv"), "dFuzzy",
                    "pRefresh", "bSplit", "bOver", "pApp"}),
@@ -42,8 +38,8 @@ const std::vector<MethodInfo>& methodTable() {
         available(&MKQZGenFunRun::QZ_Flip, "QZ_Flip", {"pFeatureCursor", "fCount", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_RemovePseudo, "QZ_RemovePseudo",
                   {"pFLayer", "pFeatureCursor", "lDisIndex", "fCount", "pRefresh", noEffect("pEnv"), "pApp"}),
-        planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, RefreshArea&, Application&)>(
-            "QZ_RemoveDupPolylines", {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "pApp"}),
+        available(&MKQZGenFunRun::QZ_RemoveDupPolylines, "QZ_RemoveDupPolylines",
+                  {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "pApp"}),
         available(&MKQZGenFunRun::QZ_OffsetPolyline, "QZ_OffsetPolyline",
                   {"pFeatureClass", "pFeatureCursor", "pEndPoint", "vMethod", byValue("dOffDist"), "bCopy", "pRefresh",
                    "pInSref", "pMapSRef"}),
@@ -136,14 +132,12 @@ const std::vector<MethodInfo>& methodTable() {
                      Application&)>("QZ_Gr2ShapeDo",
                                     {"pFLayer", "pRefresh", "sIn1", "sOut", "iPriority", "sPlA", "sPg2Pl", "sPl2Pg",
                                      "bSel", "lCount", "dBuff", "bDelete", "bOver", "pApp"}),
-        planned<std::optional<Multipoint>(ActiveView&, FeatureClass&, const SpatialReference&, const std::string&,
-                                          std::int32_t, double, bool&)>(
-            "QZ_FindDupPoints",
-            {"pActiveView", "pFeatureClass", "inSref", "sWhat", "lMax", "dFuzzy", output("bChecked")}),
-        planned<bool(FeatureClass&, FeatureCursor&, std::int32_t, RefreshArea&, double, Application&)>(
-            "QZ_RemoveDupPoints", {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "pApp"}),
-        planned<std::optional<Multipoint>(ActiveView&, FeatureLayer&, const SpatialReference&, bool&)>(
-            "QZ_AnalyseNaNs", {"pActiveView", "pFeatureLayer", "inSref", output("bChecked")}),
+        available(&MKQZGenFunRun::QZ_FindDupPoints, "QZ_FindDupPoints",
+                  {"pActiveView", "pFeatureClass", "inSref", "sWhat", "lMax", "dFuzzy", output("bChecked")}),
+        available(&MKQZGenFunRun::QZ_RemoveDupPoints, "QZ_RemoveDupPoints",
+                  {"pFeatureClass", "pFeatureCursor", "fCount", "pRefresh", "dFuzzy", "pApp"}),
+        available(&MKQZGenFunRun::QZ_AnalyseNaNs, "QZ_AnalyseNaNs",
+                  {"pActiveView", "pFeatureLayer", "inSref", output("bChecked")}),
         available(&MKQZGenFunRun::QZ_InsertFeatureRun, "QZ_InsertFeatureRun",
                   {"pInsertFeatureCursor", "pInsertFeatureBuffer", "pOrigFeature", "pGeometry", "updateDic"}),
         available(&MKQZGenFunRun::QZ_ChamferAllRun, "QZ_ChamferAllRun",

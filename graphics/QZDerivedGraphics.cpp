@@ -16,6 +16,7 @@
 #include "platform/geometry/CurvePosition.h"
 #include "platform/geometry/InteriorPoint.h"
 #include "platform/geometry/Measures.h"
+#include "platform/geometry/OwnVertices.h"
 
 namespace qz {
 
@@ -50,24 +51,8 @@ bool drawGraphics(const char* label, Application& application, FeatureCursor& cu
     });
 }
 
-const std::vector<Path>* pathsOfShape(const Geometry& shape) {
-    if (const auto* line = shape.getIf<Polyline>()) {
-        return &line->paths;
-    }
-    const auto* polygon = shape.getIf<Polygon>();
-    return polygon ? &polygon->rings : nullptr;
-}
-
-template <typename See> void forEachOwnVertex(const Geometry& shape, See see) {
-    if (const std::vector<Path>* paths = pathsOfShape(shape)) {
-        for (const Path& path : *paths) {
-            for (std::size_t i = 0; i < path.vertexCount(); ++i) {
-                see(path.vertex(i));
-            }
-        }
-        return;
-    }
-    forEachVertex(shape, see);
+bool hasPaths(const Geometry& shape) {
+    return shape.kind() == GeometryKind::polyline || shape.kind() == GeometryKind::polygon;
 }
 
 // What is drawn around a shape, or around all of them.
@@ -98,7 +83,7 @@ bool drawAround(const char* label, Application& application, FeatureCursor& curs
             }
         };
         drawEach(application, cursor, sName, expected, [&](const Feature&, const Geometry& shape, const std::string&) {
-            if (bSingle || !pathsOfShape(shape)) {
+            if (bSingle || !hasPaths(shape)) {
                 all.add(shape);
             } else {
                 drawIfAny(surround(shape));
@@ -175,7 +160,7 @@ bool QZ_CentroidGraphics(Application& application, FeatureCursor& cursor, std::s
 bool QZ_VertexGraphics(Application& application, FeatureCursor& cursor, std::string& sName, std::int32_t expected) {
     return drawGraphics(" QZ_VertexGraphics w=", application, cursor, sName, expected,
                         [&](const Feature&, const Geometry& shape, const std::string& name) {
-                            if (pathsOfShape(shape)) {
+                            if (hasPaths(shape)) {
                                 Point point;
                                 static_cast<GeometryTraits&>(point) = shape.traits();
                                 forEachOwnVertex(shape, [&](const Vertex& vertex) {
@@ -205,7 +190,7 @@ bool QZ_BoundingRectangleGraphics(Application& application, FeatureCursor& curso
                                   std::int32_t expected) {
     return drawGraphics(" QZ_BoundingRectangleGraphics w=", application, cursor, sName, expected,
                         [&](const Feature&, const Geometry& shape, const std::string& name) {
-                            const auto bounding = pathsOfShape(shape) ? QZ_BoundingRectangle(shape) : std::nullopt;
+                            const auto bounding = hasPaths(shape) ? QZ_BoundingRectangle(shape) : std::nullopt;
                             if (bounding) {
                                 QZ_DrawPolygonGraphic(application, bounding->rectangle, name);
                             }

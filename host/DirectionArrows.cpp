@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "platform/geometry/Curve.h"
 #include "platform/geometry/Measures.h"
 
 namespace qz {
@@ -12,20 +13,9 @@ namespace {
 
 constexpr double degreesPerRadian = 180 / std::numbers::pi;
 
-DirectionMark onChord(XY from, XY to, double ratio) {
-    return {{from.x + ratio * (to.x - from.x), from.y + ratio * (to.y - from.y)},
-            std::atan2(to.y - from.y, to.x - from.x) * degreesPerRadian};
-}
-
-DirectionMark onArc(const CircularArc& arc, double ratio) {
-    const double quarterTurn = std::copysign(std::numbers::pi / 2, arc.sweep);
-    return {arc.at(ratio), (arc.startAngle + ratio * arc.sweep + quarterTurn) * degreesPerRadian};
-}
-
-DirectionMark onSegment(const Path& path, std::size_t segment, double ratio) {
-    const ArcSegment* arc = path.arcAt(segment);
-    return arc != nullptr ? onArc(path.circularArc(*arc), ratio)
-                          : onChord(path.xy()[segment], path.xy()[segment + 1], ratio);
+DirectionMark markOn(const CurveSegment& segment, double ratio) {
+    const XY direction = segment.direction(ratio);
+    return {segment.at(ratio), std::atan2(direction.y, direction.x) * degreesPerRadian};
 }
 
 // The multiples of `interval` that lie in [begin, end), as whole numbers.
@@ -48,7 +38,7 @@ void addMarks(const Path& path, double spacing, const Envelope& window, std::vec
         const double end = begin + size;
         const Multiples multiples = multiplesIn(begin, end, interval);
         for (double k = multiples.first; k < multiples.end; ++k) {
-            const DirectionMark mark = onSegment(path, i, (k * interval - begin) / size);
+            const DirectionMark mark = markOn(CurveSegment(path, i), (k * interval - begin) / size);
             if (window.contains(mark.at)) {
                 marks.push_back(mark);
             }

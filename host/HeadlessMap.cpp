@@ -58,6 +58,10 @@ Envelope HeadlessView::visibleBounds() const {
     return withMargin(extent, tolerancesPerMetre * map_.spatialReference().grid().xyTolerance);
 }
 
+const SpatialReference& HeadlessView::spatialReference() const {
+    return map_.spatialReference();
+}
+
 const SpatialReference& HeadlessMap::spatialReference() const {
     if (!reference_.isNone() || layers_.empty()) {
         return reference_;

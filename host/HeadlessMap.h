@@ -49,12 +49,13 @@ private:
 // A view without a screen.
 class HeadlessView final : public ActiveView {
 public:
-    explicit HeadlessView(HeadlessMap& map) : map_(map) {}
+    explicit HeadlessView(HeadlessMap& map) : map_(map), display_(*this) {}
 
     // As set, else the full extent of the layers in the map's reference with a margin of 5 %, and at least a metre
     // wide and high. Empty when there is nothing to show.
     [[nodiscard]] Envelope visibleBounds() const override;
     void setVisibleBounds(const Envelope& bounds) { bounds_ = bounds; }
+    [[nodiscard]] const SpatialReference& spatialReference() const override;
     void refresh() override { ++refreshCount_; }
     void partialRefresh(const Envelope& area) override { refreshedAreas_.push_back(area); }
     [[nodiscard]] HeadlessGraphics& graphics() override { return graphics_; }

@@ -4,7 +4,6 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
-#include "platform/app/Services.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Project.h"
 #include "platform/geometry/Relations.h"
@@ -70,12 +69,7 @@ bool QZ_DeleteSelectedDangles(FeatureClass& featureClass, const SpatialReference
         const double limit = dDangTol <= 0 ? anyLength : dDangTol;
         EndCount ends(nodeDecimals(featureClass));
         const CursorPtr cursor = featureClass.search(meeting(area, reference));
-        for (FeaturePtr feature = cursor->next(); feature; feature = cursor->next()) {
-            checkInterrupt();
-            if (hasShape(*feature)) {
-                ends.add(feature);
-            }
-        }
+        forEachShaped(*cursor, [&ends](const FeaturePtr& feature) { ends.add(feature); });
         const PreparedRelation within(inSystem(area, reference.isNone() ? featureClass.spatialReference() : reference),
                                       SpatialRelation::within);
         for (const FoundLine& line : ends.lines()) {

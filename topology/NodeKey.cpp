@@ -48,19 +48,42 @@ double rounded(double coordinate, std::int16_t decimals) {
     return coordinate < 0 ? 0 - magnitude : magnitude;
 }
 
+double numberOfFifteenDigits(double coordinate) {
+    const std::string text = fmt::format("{:.15g}", coordinate);
+    double number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+double roundedToEven(double coordinate, std::int16_t decimals) {
+    constexpr double sixteenDigits = 1e15;
+    const double power = powerOfTen(decimals);
+    const double whole = std::nearbyint(coordinate * power);
+    return std::abs(whole) < sixteenDigits ? whole / power : numberOfFifteenDigits(coordinate);
+}
+
+void requirePlace(XY place) {
+    if (!isFinite(place)) {
+        throw PlatformError(fmt::format("A shape has a vertex at ({}, {}), which is no place; correct or delete it.",
+                                        place.x, place.y));
+    }
+}
+
 } // namespace
 
 XY nodeKey(XY place, std::int16_t decimals) {
-    if (!isFinite(place)) {
-        throw PlatformError(
-            fmt::format("A line ends at ({}, {}), which is no place; correct or delete the line.", place.x, place.y));
-    }
+    requirePlace(place);
     return {rounded(place.x, decimals), rounded(place.y, decimals)};
 }
 
+XY duplicateKey(XY place, std::int16_t decimals) {
+    requirePlace(place);
+    return {roundedToEven(place.x, decimals), roundedToEven(place.y, decimals)};
+}
+
 std::int16_t nodeDecimals(const FeatureClass& featureClass) {
-    constexpr double finest = 1e-15;
-    const double tolerance = QZ_PlatformAtLeast92() ? featureClass.spatialReference().grid().xyTolerance : finest;
+    const double tolerance =
+        QZ_PlatformAtLeast92() ? featureClass.spatialReference().grid().xyTolerance : finestTolerance;
     return QZ_DecimalsFromTolerance(tolerance);
 }
 

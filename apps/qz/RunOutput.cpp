@@ -1,5 +1,6 @@
 #include "RunOutput.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <optional>
@@ -26,6 +27,13 @@ std::string counts(const RunReport& report) {
     return fmt::format("{} drawn", drawn) + (rows.empty() ? "" : "; " + changes);
 }
 
+constexpr std::size_t longestText = 1000;
+
+// Not to flood a terminal; the report has all.
+std::string shortened(const std::string& text) {
+    return text.size() <= longestText ? text : text.substr(0, longestText) + "... (whole with --report)";
+}
+
 // Nothing for a result that is no shape.
 std::optional<std::string> wellKnownText(const Result& result) {
     return std::visit(
@@ -39,12 +47,24 @@ std::optional<std::string> wellKnownText(const Result& result) {
         result);
 }
 
+// Finders refuse in silence, by their parameter bChecked.
+bool hadTooManyInView(const RunReport& report) {
+    return !report.succeeded() && report.messages.empty() &&
+           std::ranges::any_of(report.parameters, [](const auto& parameter) {
+               const bool* checked = std::get_if<bool>(&parameter.second);
+               return parameter.first == "bChecked" && checked && !*checked;
+           });
+}
+
 std::string outcome(const RunReport& report) {
     if (report.interrupted) {
         return "interrupted; nothing was saved";
     }
     if (!report.refusal.empty()) {
         return report.refusal;
+    }
+    if (hadTooManyInView(report)) {
+        return "refused: the view shows more features than the limit; zoom in with --extent or raise the limit";
     }
     if (!report.succeeded()) {
         return report.saved ? "failed; what it had saved by itself stays" : "refused or failed; nothing was saved";
@@ -54,7 +74,7 @@ std::string outcome(const RunReport& report) {
         return *text;
     }
     if (const auto shape = wellKnownText(report.result)) {
-        return *shape + "; " + changes;
+        return shortened(*shape) + "; " + changes;
     }
     return changes;
 }

@@ -57,7 +57,7 @@ Json json(const Dictionary& dictionary) {
 }
 
 template <typename Content>
-concept Shape = std::is_same_v<Content, Point> || std::is_same_v<Content, Multipoint> ||
+concept Shape = std::is_same_v<Content, Point> || std::is_base_of_v<Multipoint, Content> ||
     std::is_same_v<Content, Polyline> || std::is_same_v<Content, Polygon> || std::is_same_v<Content, Geometry> ||
     std::is_same_v<Content, GeometryCollection>;
 
@@ -152,23 +152,26 @@ bool RunReport::succeeded() const noexcept {
 }
 
 nlohmann::ordered_json toJson(const RunReport& report) {
-    return {{"method", report.method},
-            {"result", json(report.result)},
-            {"parameters", parameters(report.parameters)},
-            {"messages", report.messages},
-            {"inserted", rows(report.changes.inserted, report.schema)},
-            {"updated", rows(report.changes.updated, report.schema)},
-            {"deleted", report.changes.deleted},
-            {"graphics", graphics(report.graphics)},
-            {"drawings", drawings(report.drawings)},
-            {"refresh", {{"count", report.refreshCount}, {"extent", json(report.refreshExtent)}}},
-            {"progress",
-             {{"maximum", report.progress.maximum},
-              {"step", report.progress.step},
-              {"positions", report.progress.positions},
-              {"text", report.progress.text}}},
-            {"saved", report.saved},
-            {"seconds", report.seconds}};
+    Json object{{"method", report.method}, {"result", json(report.result)}};
+    if (const auto* nodes = std::get_if<NodePoints>(&report.result)) {
+        object["ids"] = nodes->ids;
+    }
+    object.update({{"parameters", parameters(report.parameters)},
+                   {"messages", report.messages},
+                   {"inserted", rows(report.changes.inserted, report.schema)},
+                   {"updated", rows(report.changes.updated, report.schema)},
+                   {"deleted", report.changes.deleted},
+                   {"graphics", graphics(report.graphics)},
+                   {"drawings", drawings(report.drawings)},
+                   {"refresh", {{"count", report.refreshCount}, {"extent", json(report.refreshExtent)}}},
+                   {"progress",
+                    {{"maximum", report.progress.maximum},
+                     {"step", report.progress.step},
+                     {"positions", report.progress.positions},
+                     {"text", report.progress.text}}},
+                   {"saved", report.saved},
+                   {"seconds", report.seconds}});
+    return object;
 }
 
 } // namespace qz

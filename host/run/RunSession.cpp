@@ -11,6 +11,7 @@
 #include "host/GraphicsFile.h"
 #include "host/Picture.h"
 #include "host/ReplacedFile.h"
+#include "host/run/ResultPainting.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/Project.h"
 
@@ -295,11 +296,15 @@ RunReport RunSession::run(const RunRequest& request) {
         beforeAfter.emplace(request.beforeAfterPath);
         beforeAfter->drawBefore(host_.focusMap(), {selectedShapes(layers), {}});
     }
-    const RunWatch watch(layers, host_.focusMap(), !request.picturePath.empty() || beforeAfter);
+    const bool isPictured = !request.picturePath.empty() || beforeAfter;
+    const RunWatch watch(layers, host_.focusMap(), isPictured);
     perform(method, arguments, layers.workspace, report);
     watch.tell(report, arguments, host_);
     finish(layers.workspace, report);
     report.saved = watch.wasSaved();
+    if (isPictured) {
+        paintResult(report.result, host_.focusMap());
+    }
     if (report.succeeded() && !request.picturePath.empty()) {
         writePicture(request.picturePath, host_.focusMap(), highlight(report));
     }

@@ -67,6 +67,8 @@ public:
     virtual ~ActiveView() = default;
     // What the view shows, in the map's spatial reference.
     [[nodiscard]] virtual Envelope visibleBounds() const = 0;
+    // The map's.
+    [[nodiscard]] virtual const SpatialReference& spatialReference() const = 0;
     virtual void refresh() = 0;
     virtual void partialRefresh(const Envelope& area) = 0;
     [[nodiscard]] virtual GraphicsContainer& graphics() = 0;

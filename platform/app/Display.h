@@ -76,6 +76,8 @@ public:
     virtual void drawArrow(const Point& point, const ArrowMarkerSymbol& symbol) = 0;
     virtual void drawPolyline(const Geometry& geometry, const LineSymbol& symbol) = 0;
     virtual void drawPolygon(const Geometry& geometry, const FillSymbol& symbol) = 0;
+    // What a length on the screen, in points of 1/72 inch, is on the map, in the map's units.
+    [[nodiscard]] virtual double lengthOnMap(double points) const = 0;
 };
 
 } // namespace qz
