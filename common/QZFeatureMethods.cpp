@@ -1,7 +1,10 @@
 #include "common/QZFeatureMethods.h"
 
+#include <cmath>
+
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/InReference.h"
 #include "common/QZFeatureClass.h"
 #include "common/QZFeatureStorage.h"
 
@@ -23,6 +26,26 @@ bool QZ_QuickDelete(Application& application, FeatureCursor& cursor, std::int32_
             progress.advance(counter);
         }
         progress.hide();
+        return true;
+    });
+}
+
+bool QZ_AddPoint(FeatureLayer& layer, const Point& point, RefreshArea& refresh) {
+    enum class Step { place = 1, store = 2, refreshArea = 3 };
+    return withSteppedExit(" QZ_AddPoint w= ", Step::place, false, [&](Step& step) {
+        FeatureClass& featureClass = layer.featureClass();
+        Point stored = inReference(point, featureClass.spatialReference());
+        stored.zAware = QZ_FCHasZ(featureClass);
+        stored.mAware = QZ_FCHasM(featureClass);
+        if (std::isnan(stored.vertex.z)) {
+            stored.vertex.z = 0;
+        }
+        step = Step::store;
+        if (!QZ_StoreFeature(stored, featureClass, true, nullptr)) {
+            return false;
+        }
+        step = Step::refreshArea;
+        refresh.add(stored);
         return true;
     });
 }

@@ -14,6 +14,10 @@ namespace qz {
 [[nodiscard]] bool QZ_QuickDelete(Application& application, FeatureCursor& cursor, std::int32_t expected,
                                   RefreshArea& refresh);
 
+// Stores the point, which may be in another spatial reference, as a new feature of a class of points without values;
+// where the class has heights and the point has none, with the height 0. It is added to the refresh area.
+[[nodiscard]] bool QZ_AddPoint(FeatureLayer& layer, const Point& point, RefreshArea& refresh);
+
 // Stores the point as a new feature, with z = 0 and an undefined m where the class has them; see QZ_StoreFeature.
 [[nodiscard]] bool QZ_AddPointA(FeatureLayer& layer, const Point& point, RefreshArea& refresh,
                                 const Dictionary* fieldDic, bool bEditing);

@@ -7,7 +7,9 @@
 #include "common/ErrorExit.h"
 #include "common/QZFeatureMethods.h"
 #include "common/QZInsertFeature.h"
+#include "graphics/QZCopySelected.h"
 #include "graphics/QZDerivedGraphics.h"
+#include "graphics/QZGr2Shape.h"
 #include "polygon/QZAddPolygon.h"
 #include "polygon/QZChamfer.h"
 #include "polygon/QZFindSplitAreaLine.h"
@@ -292,6 +294,26 @@ bool MKQZGenFunRun::QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::stri
                                         std::int32_t lNumPoints, Application& pApp) noexcept {
     setApplication(pApp);
     return qz::QZ_RandomGraphicsPl(pApp, pFeatureCursor, sName, lCount, lNumPoints);
+}
+
+bool MKQZGenFunRun::QZ_Gr2ShapeDo(FeatureLayer& pFLayer, RefreshArea& pRefresh, const std::string& sIn1,
+                                  const std::string& sOut, std::int16_t iPriority, const std::string& sPlA,
+                                  const std::string& sPg2Pl, const std::string& sPl2Pg, bool bSel, std::int32_t lCount,
+                                  double dBuff, bool bDelete, bool bOver, Application& pApp) noexcept {
+    setApplication(pApp);
+    return qz::QZ_Gr2ShapeDo(pApp, pFLayer, pRefresh,
+                             {sIn1, sOut, iPriority, sPlA, sPg2Pl, sPl2Pg, bSel, dBuff, bDelete, bOver}, lCount);
+}
+
+bool MKQZGenFunRun::QZ_CopySelectedFromLayer(FeatureLayer& pFLayer, const std::string& sSourceLayerName,
+                                             RefreshArea& pRefresh, const Envelope* pEnv, const std::string& sPlPlA,
+                                             const std::string& sPlPgA, const std::string& sPgPlA,
+                                             const std::string& sPgPgA, double dBuf, Application& pApp, bool bOver,
+                                             const std::int32_t* lCount) noexcept {
+    setApplication(pApp);
+    return qz::QZ_CopySelectedFromLayer(pApp, pFLayer, sSourceLayerName, pRefresh, pEnv,
+                                        {sPlPlA, sPlPgA, sPgPlA, sPgPgA, dBuf, bOver},
+                                        lCount ? std::optional(*lCount) : std::nullopt);
 }
 
 std::optional<NodePoints> MKQZGenFunRun::QZ_AnalyseNodes(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,

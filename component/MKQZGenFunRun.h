@@ -13,7 +13,7 @@ namespace qz {
 // of its own: the caller starts one before the call and stops it after, or aborts it when the result is false, so that
 // one call is one step of undo. No exception leaves a method. One instance serves any number of calls; it has no state.
 //
-// The methods of the component that can be called by name, those to come included, are in MethodTable.h.
+// All methods can be called by name: see MethodTable.h.
 class MKQZGenFunRun {
 public:
     // Reverses every polyline that the cursor delivers: the first vertex of each part becomes its last. Null and empty
@@ -228,6 +228,30 @@ public:
     // `lNumPoints` random points on each line.
     bool QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
                              std::int32_t lNumPoints, Application& pApp) noexcept;
+
+    // Brings graphics of the map into the layer, only selected ones with `bSel`. `sIn1`: fills ("pg") or lines ("pl");
+    // `sOut`: the kind of the layer, "pg", "pl" or "pnt". Fills are added to polygons by `iPriority` (see
+    // QZ_AddPolygon), and to lines by `sPg2Pl`: "Add", "Split", "Split & Add", "Erase" or "Erase & Add". Lines are
+    // added to lines by `sPlA`, one of the first three; in polygons "Buffer and Add" for `sPl2Pg` adds their buffers of
+    // `dBuff`, in the units of the layer, any other word splits the polygons. Markers become points. `bOver`: see
+    // QZ_SelectAndIntersectRun. `lCount`: the number of elements, for the progress. An element that doesn't fit or
+    // can't be converted, which is reported, stays; with `bDelete` the others are deleted from the map. False after
+    // another failure, which is reported.
+    bool QZ_Gr2ShapeDo(FeatureLayer& pFLayer, RefreshArea& pRefresh, const std::string& sIn1, const std::string& sOut,
+                       std::int16_t iPriority, const std::string& sPlA, const std::string& sPg2Pl,
+                       const std::string& sPl2Pg, bool bSel, std::int32_t lCount, double dBuff, bool bDelete,
+                       bool bOver, Application& pApp) noexcept;
+
+    // Copies the selected features of another layer of the map, or those that meet `pEnv`, in the map's units, into the
+    // layer, as QZ_Gr2ShapeDo does with lines and fills: lines into lines by `sPlPlA`, polygons into lines by `sPlPgA`,
+    // lines into polygons by `sPgPlA` and `dBuf`, polygons into polygons by `sPgPgA`, the priority as a text. The
+    // features that it writes have the source's values in the fields of the same names. `lCount`: the number of
+    // features, for the progress. A feature that can't be copied, which is reported, is passed over. False, with a
+    // notice, when none is selected; false after another failure, which is reported.
+    bool QZ_CopySelectedFromLayer(FeatureLayer& pFLayer, const std::string& sSourceLayerName, RefreshArea& pRefresh,
+                                  const Envelope* pEnv, const std::string& sPlPlA, const std::string& sPlPgA,
+                                  const std::string& sPgPlA, const std::string& sPgPgA, double dBuf, Application& pApp,
+                                  bool bOver, const std::int32_t* lCount) noexcept;
 
     // The methods that follow look at the features that meet what `pActiveView` shows when their word `what` is
     // "Visible", else at all of the class. Features in view that are more than `lMax` are not looked at: `bChecked` is

@@ -8,10 +8,9 @@ namespace qz {
 struct MethodHelp {
     std::string_view method;
     std::string_view purpose; // one or a few sentences
-    std::string_view example; // the options of `qz run <method>`
+    std::string_view example; // the options of `qz run <method>` on the sample town
 };
 
-// Empty texts for a method that isn't available yet.
 [[nodiscard]] MethodHelp helpFor(std::string_view method) noexcept;
 
 } // namespace qz

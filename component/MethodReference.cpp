@@ -82,23 +82,26 @@ Json asJson(const MethodInfo& method) {
     }
     return {{"order", method.order},
             {"name", method.name},
-            {"available", method.isAvailable()},
             {"purpose", helpFor(method.name).purpose},
             {"parameters", std::move(parameters)},
             {"result", nameOf(method.result)}};
 }
 
+std::string exampleOf(const MethodInfo& method) {
+    return fmt::format("qz run {} {}", method.name, helpFor(method.name).example);
+}
+
 std::string inFull(const MethodInfo& method) {
-    std::string text = fmt::format("{}  ({} of {}{})\n  result: {}\n", method.name, method.order, methodTable().size(),
-                                   method.isAvailable() ? "" : ", not available yet", nameOf(method.result));
+    std::string text = fmt::format("{}  ({} of {})\n  result: {}\n", method.name, method.order, methodTable().size(),
+                                   nameOf(method.result));
     const MethodHelp help = helpFor(method.name);
-    text += help.purpose.empty() ? "" : fmt::format("  {}\n", help.purpose);
+    text += fmt::format("  {}\n", help.purpose);
     for (const ParameterInfo& parameter : method.parameters) {
         const std::string notes = remarks(parameter);
         text += fmt::format("  --{:<18} {}{}{}\n", parameter.name, nameOf(parameter.kind), notes.empty() ? "" : ", ",
                             notes);
     }
-    return text + (help.example.empty() ? "" : fmt::format("Example:\n  qz run {} {}\n", method.name, help.example));
+    return text + fmt::format("Example:\n  {}\n", exampleOf(method));
 }
 
 } // namespace
@@ -120,10 +123,9 @@ std::string methodsAsText(const MethodSelection& methods) {
     }
     std::string text;
     for (const MethodInfo* method : methods) {
-        text += fmt::format("{:>3} {} {} -> {}\n", method->order, method->isAvailable() ? " " : "-", signature(*method),
-                            nameOf(method->result));
+        text += fmt::format("{:>3} {} -> {}\n", method->order, signature(*method), nameOf(method->result));
     }
-    return text + "Those marked - are not available yet.\n";
+    return text;
 }
 
 std::string methodsAsJson(const MethodSelection& methods) {
@@ -136,12 +138,12 @@ std::string methodsAsJson(const MethodSelection& methods) {
 
 std::string methodsAsMarkdown(const MethodSelection& methods) {
     std::string text = "# Methods\n\n"
-                       "Written by `qz methods --markdown`. Parameters are passed by reference unless marked.\n";
+                       "Written by `qz methods --markdown`. Parameters are passed by reference unless marked. The "
+                       "examples run on copies of the sample, `examples/town.gpkg`.\n";
     for (const MethodInfo* method : methods) {
-        const std::string_view purpose = helpFor(method->name).purpose;
-        text += fmt::format("\n## {}. {}\n\n{}{}Result: {}.{}\n\n| parameter | kind | remarks |\n|---|---|---|\n",
-                            method->order, method->name, purpose, purpose.empty() ? "" : "\n\n", nameOf(method->result),
-                            method->isAvailable() ? "" : " Not available yet.");
+        text += fmt::format("\n## {}. {}\n\n{}\n\n```sh\n{}\n```\n\nResult: {}.\n\n", method->order, method->name,
+                            helpFor(method->name).purpose, exampleOf(*method), nameOf(method->result));
+        text += "| parameter | kind | remarks |\n|---|---|---|\n";
         for (const ParameterInfo& parameter : method->parameters) {
             text += fmt::format("| `{}` | {} | {} |\n", parameter.name, nameOf(parameter.kind), remarks(parameter));
         }

@@ -60,24 +60,10 @@ MethodInfo methodInfo(const char* name, const ParameterName (&names)[count]) {
     (std::index_sequence_for<Ts...>{});
 }
 
-template <typename Signature> struct Planned;
-template <typename R, typename... Ts> struct Planned<R(Ts...)> {
-    template <std::size_t count> static MethodInfo row(const char* name, const ParameterName (&names)[count]) {
-        return methodInfo<R, Ts...>(name, names);
-    }
-};
-
 } // namespace detail
 
-// A method whose operation is not available yet.
-template <typename Signature, std::size_t count>
-MethodInfo planned(const char* name, const ParameterName (&names)[count]) {
-    return detail::Planned<Signature>::row(name, names);
-}
-
 template <typename R, typename... Ts, std::size_t count>
-MethodInfo available(R (MKQZGenFunRun::*member)(Ts...) noexcept, const char* name,
-                     const ParameterName (&names)[count]) {
+MethodInfo method(R (MKQZGenFunRun::*member)(Ts...) noexcept, const char* name, const ParameterName (&names)[count]) {
     MethodInfo row = detail::methodInfo<R, Ts...>(name, names);
     row.call = [member](MKQZGenFunRun& component, std::span<Argument> arguments) {
         return [&]<std::size_t... I>(std::index_sequence<I...>) {

@@ -86,9 +86,6 @@ const MethodInfo& findMethod(std::string_view name) {
 
 Result invoke(MKQZGenFunRun& component, std::string_view name, std::span<Argument> arguments) {
     const MethodInfo& method = findMethod(name);
-    if (!method.isAvailable()) {
-        throw PlatformError(fmt::format("{} is not available in this version.", method.name));
-    }
     if (arguments.size() != method.parameters.size()) {
         throw UsageError(fmt::format("{} takes {} arguments; {} were given.", method.name, method.parameters.size(),
                                      arguments.size()));

@@ -46,10 +46,9 @@ struct MethodInfo {
     ResultKind result = ResultKind::boolean;
     // The caller only starts editing: the method begins and ends its edit operation.
     bool ownsOperation = false;
-    // Calls the member function with arguments that fit the parameters; empty while the operation is not available.
+    // Calls the member function with arguments that fit the parameters.
     std::function<Result(MKQZGenFunRun&, std::span<Argument>)> call;
 
-    [[nodiscard]] bool isAvailable() const noexcept { return static_cast<bool>(call); }
     // Nothing when there is none of that name; letter case counts.
     [[nodiscard]] const ParameterInfo* findParameter(std::string_view parameter) const;
 };
@@ -64,7 +63,7 @@ struct MethodInfo {
 // converted between the numeric kinds, rounding half to even. std::monostate gives the default of an optional
 // parameter, and a neutral value to one that only returns something or has no effect.
 // What the method writes back stands in `arguments` afterwards.
-// Throws UsageError for a wrong name, number or kind of arguments, PlatformError for a method that is not available.
+// Throws UsageError for a wrong name, number or kind of arguments.
 Result invoke(MKQZGenFunRun& component, std::string_view name, std::span<Argument> arguments);
 
 // The one of `names` that takes the fewest single-letter edits to become `name`, letter case ignored; for hints.

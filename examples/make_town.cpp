@@ -26,6 +26,9 @@ void writeTown(const char* path) {
     town::writeParcels(*dataset, plan.parcels, dice);
     town::writeSurveyLines(*dataset, plan.surveyLines);
     town::writeStreetRules(*dataset);
+    town::writeSurveyPoints(*dataset, plan.surveyLines);
+    town::Dice buildingDice(20240518);
+    town::writeBuildings(*dataset, town::drawBuildings(plan.parcels, buildingDice));
 }
 
 } // namespace

@@ -292,6 +292,42 @@ void writeParcels(GDALDataset& dataset, const std::vector<Parcel>& parcels, Dice
     }
 }
 
+void writeSurveyPoints(GDALDataset& dataset, const std::vector<SurveyLine>& lines) {
+    OGRLayer& layer =
+        createLayer(dataset, "survey_points", wkbPoint25D, {{"CODE", OFTString, 12}, {"STATION", OFTInteger}});
+    const auto add = [&layer](const SurveyLine& line, std::size_t station) {
+        OGRFeature feature(layer.GetLayerDefn());
+        feature.SetField("CODE", line.code.c_str());
+        feature.SetField("STATION", static_cast<int>(station));
+        const SurveyPoint& taken = line.stations[station];
+        addFeature(layer, feature, std::make_unique<OGRPoint>(taken.at.x, taken.at.y, taken.height));
+    };
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        for (std::size_t station = 0; station < lines[i].stations.size(); ++station) {
+            add(lines[i], station);
+        }
+        if (i % 4 == 1) {
+            add(lines[i], 1);
+        }
+    }
+}
+
+void writeBuildings(GDALDataset& dataset, const std::vector<Building>& buildings) {
+    OGRLayer& layer = createLayer(dataset, "buildings", wkbPolygon, {{"STOREYS", OFTInteger}});
+    for (std::size_t i = 0; i < buildings.size(); ++i) {
+        auto ring = std::make_unique<OGRLinearRing>();
+        for (const Place& corner : buildings[i].corners) {
+            ring->addPoint(corner.x, corner.y);
+        }
+        ring->closeRings();
+        auto polygon = std::make_unique<OGRPolygon>();
+        require(polygon->addRingDirectly(ring.release()) == OGRERR_NONE);
+        OGRFeature feature(layer.GetLayerDefn());
+        feature.SetField("STOREYS", 1 + static_cast<int>(i % 3));
+        addFeature(layer, feature, std::move(polygon));
+    }
+}
+
 void writeSurveyLines(GDALDataset& dataset, const std::vector<SurveyLine>& lines) {
     OGRLayer& layer = createLayer(dataset, "survey_lines", wkbCompoundCurveZM, {{"CODE", OFTString, 12}});
     for (const SurveyLine& line : lines) {

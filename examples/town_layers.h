@@ -12,5 +12,8 @@ void writeStreets(GDALDataset& dataset, const std::vector<Street>& streets, Dice
 void writeStreetRules(GDALDataset& dataset);
 void writeParcels(GDALDataset& dataset, const std::vector<Parcel>& parcels, Dice& dice);
 void writeSurveyLines(GDALDataset& dataset, const std::vector<SurveyLine>& lines);
+// The stations of the lines, some of them taken twice.
+void writeSurveyPoints(GDALDataset& dataset, const std::vector<SurveyLine>& lines);
+void writeBuildings(GDALDataset& dataset, const std::vector<Building>& buildings);
 
 } // namespace town

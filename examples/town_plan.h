@@ -35,6 +35,11 @@ struct Parcel {
     bool isOpenSpace = false;
 };
 
+// Straight walls, clockwise.
+struct Building {
+    std::vector<Place> corners;
+};
+
 struct SurveyPoint {
     Place at;
     double height = 0;
@@ -67,6 +72,9 @@ private:
 };
 
 Plan drawPlan(Dice& dice);
+
+// A house on most parcels, along their longest side; some with a wing, some measured badly.
+std::vector<Building> drawBuildings(const std::vector<Parcel>& parcels, Dice& dice);
 
 double distance(Place a, Place b);
 double lengthOf(const std::vector<Place>& line);

@@ -24,11 +24,6 @@ namespace {
 
 enum class Step { walk = 1, draw = 2 };
 
-void redraw(Application& application) {
-    ActiveView& view = application.focusMap().activeView();
-    view.partialRefresh(view.visibleBounds());
-}
-
 // Calls `draw(feature, shape, label)` for every feature that has a shape; the label is the feature's then.
 template <typename Draw>
 void drawEach(Application& application, FeatureCursor& cursor, std::string& sName, std::int32_t expected, Draw draw) {
@@ -46,7 +41,7 @@ bool drawGraphics(const char* label, Application& application, FeatureCursor& cu
                   std::int32_t expected, Draw draw) {
     return withSteppedExit(label, Step::walk, false, [&](Step&) {
         drawEach(application, cursor, sName, expected, draw);
-        redraw(application);
+        redrawGraphics(application);
         return true;
     });
 }
@@ -91,7 +86,7 @@ bool drawAround(const char* label, Application& application, FeatureCursor& curs
         });
         step = Step::draw;
         drawIfAny(all.surrounded(surround));
-        redraw(application);
+        redrawGraphics(application);
         return true;
     });
 }
@@ -234,7 +229,7 @@ bool QZ_GraphicPointAtDistance(Application& application, FeatureCursor& cursor, 
         GraphicLabel label(sName);
         label.read(*feature);
         QZ_DrawPointGraphic(application, pointAt(*line, dSplitLength / total), label.text());
-        redraw(application);
+        redrawGraphics(application);
         return true;
     });
 }

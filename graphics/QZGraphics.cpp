@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/ErrorExit.h"
 #include "platform/geometry/Boundary.h"
 #include "platform/geometry/Project.h"
 
@@ -53,6 +54,19 @@ void drawGraphic(Application& application, const Geometry& shape, const std::str
             QZ_DrawPointGraphic(application, point, name);
         }
     }
+}
+
+void redrawGraphics(Application& application) {
+    ActiveView& view = application.focusMap().activeView();
+    view.partialRefresh(view.visibleBounds());
+}
+
+void QZ_DeleteSelectedGraphics(Application& application, const std::vector<std::size_t>& indexes) noexcept {
+    enum class Step { remove = 1 };
+    static_cast<void>(withSteppedExit(" QZ_DeleteSelectedGraphics w=", Step::remove, false, [&](Step&) {
+        application.focusMap().activeView().graphics().remove(indexes);
+        return true;
+    }));
 }
 
 GraphicLabel::GraphicLabel(std::string& sName) : text_(sName), field_(trimmed(sName)) {}

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "platform/app/Application.h"
 
@@ -18,6 +20,12 @@ void QZ_DrawPolygonGraphic(Application& application, const Geometry& polygon, co
 
 // By its kind; a multipoint gives an element for each of its points.
 void drawGraphic(Application& application, const Geometry& shape, const std::string& name);
+
+void redrawGraphics(Application& application);
+
+// Deletes the elements at these indexes, ascending, from the graphics of the focus map. A failure is reported, and
+// deletes nothing.
+void QZ_DeleteSelectedGraphics(Application& application, const std::vector<std::size_t>& indexes) noexcept;
 
 // The names of elements: what features have in a field.
 class GraphicLabel {

@@ -71,6 +71,13 @@ void storeNew(const Geometry& shape, FeatureClass& featureClass) {
     feature->store();
 }
 
+void storeNew(const Geometry& shape, FeatureClass& featureClass, const CopiedValues& values) {
+    const FeaturePtr feature = featureClass.createFeature();
+    feature->setShape(shape);
+    values(*feature);
+    feature->store();
+}
+
 ShapeReplacement::ShapeReplacement(FeatureLayer& layer) : layer_(layer) {}
 
 void ShapeReplacement::replace(Feature& feature, const Polygon& polygon) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "common/CopiedValues.h"
 #include "common/Dictionary.h"
 #include "platform/app/Application.h"
 
@@ -18,8 +19,9 @@ namespace qz {
 
 [[nodiscard]] std::vector<Polygon> polygonsOf(const std::vector<FeaturePtr>& features);
 
-// Stores the shape as a new feature without values.
+// Stores the shape as a new feature, without values.
 void storeNew(const Geometry& shape, FeatureClass& featureClass);
+void storeNew(const Geometry& shape, FeatureClass& featureClass, const CopiedValues& values);
 
 // Writes what became of features of one layer.
 class ShapeReplacement {

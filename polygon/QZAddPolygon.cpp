@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/CopiedValues.h"
 #include "common/ErrorExit.h"
 #include "common/QZFeatureStorage.h"
 #include "common/StorableParts.h"
@@ -74,6 +75,18 @@ bool QZ_AddPolygonA(FeatureLayer& layer, const Polygon& sketch, std::int16_t pri
     return withSteppedExit(" QZ_AddPolygonA w= ", Step::prepare, false, [&](Step& step) {
         return addPolygon(layer, sketch, priority, refresh, step, [&](const Geometry& part) {
             return QZ_StoreFeature(part, layer.featureClass(), bEditing, fieldDic);
+        });
+    });
+}
+
+bool QZ_CopyPolygonAttributes(FeatureLayer& layer, const Polygon& polygon, const Feature& source, std::int16_t priority,
+                              RefreshArea& refresh) {
+    return withSteppedExit(" QZ_CopyPolygonAttributes w= ", Step::prepare, false, [&](Step& step) {
+        FeatureClass& featureClass = layer.featureClass();
+        const CopiedValues values(source, featureClass);
+        return addPolygon(layer, polygon, priority, refresh, step, [&](const Geometry& part) {
+            storeNew(part, featureClass, values);
+            return true;
         });
     });
 }

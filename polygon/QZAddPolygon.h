@@ -27,4 +27,8 @@ namespace qz {
 [[nodiscard]] bool QZ_AddPolygonA(FeatureLayer& layer, const Polygon& sketch, std::int16_t priority,
                                   RefreshArea& refresh, const Dictionary* fieldDic, bool bEditing);
 
+// New features have the values of a feature of any class in the fields of the same names; see CopiedValues.
+[[nodiscard]] bool QZ_CopyPolygonAttributes(FeatureLayer& layer, const Polygon& polygon, const Feature& source,
+                                            std::int16_t priority, RefreshArea& refresh);
+
 } // namespace qz

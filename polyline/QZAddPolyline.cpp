@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "common/CopiedValues.h"
 #include "common/ErrorExit.h"
 #include "common/InReference.h"
 #include "common/QZFeatureClass.h"
@@ -173,21 +174,6 @@ bool addBoundary(NetworkAddition addition, const Polygon& polygon, FeatureClass&
 }
 
 void keepDefaults(Feature&) {}
-
-// Sets the values that a feature has in fields of the same names.
-class CopiedValues {
-public:
-    CopiedValues(const Feature& source, const FeatureClass& target) : values_(QZ_FieldMatchingDic(source, target)) {}
-
-    void operator()(Feature& feature) const {
-        for (const Value& index : values_.keys()) {
-            feature.setValue(static_cast<std::size_t>(std::get<std::int32_t>(index)), *values_.find(index));
-        }
-    }
-
-private:
-    Dictionary values_;
-};
 
 } // namespace
 

@@ -79,7 +79,8 @@ std::string shapesOf(const ShapeDefinition& shape) {
     std::string text(shape.kind ? nameOf(*shape.kind) : "shapes of any kind");
     text += shape.hasZ ? ", z" : "";
     text += shape.hasM ? ", m" : "";
-    text += shape.allowsArcs ? ", arcs" : "";
+    const bool isOfPoints = shape.kind == GeometryKind::point || shape.kind == GeometryKind::multipoint;
+    text += shape.allowsArcs && !isOfPoints ? ", arcs" : "";
     text += shape.allowsMultipart ? ", several parts" : "";
     return text;
 }

@@ -127,9 +127,20 @@ Argument HostArguments::selectedPolygon() {
     return isPolygon ? Argument(row->shape()->as<Polygon>()) : Argument();
 }
 
+// Of the selected features; without a cursor over them `lCount` is that of the graphics.
+std::size_t HostArguments::countFor(const ParameterInfo& parameter) const {
+    const bool takesFeatures =
+        std::ranges::any_of(method_.parameters, [](const auto& p) { return p.kind == ParameterKind::featureCursor; });
+    return parameter.name == "lCount" && !takesFeatures ? host_.focusMap().activeView().graphics().elements().size()
+                                                        : data_.selected.size();
+}
+
 Argument HostArguments::fallback(const ParameterInfo& parameter) {
-    if (isOneOf(parameter.name, {"fCount", "lCount"}) && data_.layer) {
-        return toInteger32(static_cast<double>(data_.selected.size()));
+    if (isOneOf(parameter.name, {"fCount", "lCount"}) && data_.layer && parameter.isRequired()) {
+        return toInteger32(static_cast<double>(countFor(parameter)));
+    }
+    if (parameter.name == "sSourceLayerName" && source_.layer) {
+        return source_.layer->name();
     }
     if (parameter.defaultValue) {
         return *parameter.defaultValue;

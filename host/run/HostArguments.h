@@ -37,6 +37,7 @@ private:
     [[nodiscard]] Argument supplied(const ParameterInfo& parameter);
     // The shape of the first selected feature.
     [[nodiscard]] Argument selectedPolygon();
+    [[nodiscard]] std::size_t countFor(const ParameterInfo& parameter) const;
     [[nodiscard]] Argument fallback(const ParameterInfo& parameter);
     [[nodiscard]] Argument layerOf(const RunLayer& layer) const;
     [[nodiscard]] Argument selectionCursor(const ParameterInfo& parameter);

@@ -157,7 +157,9 @@ RunLayer RunSession::openLayer(const std::string& place, const std::string& outp
         return {};
     }
     const OpenLayer opened = dataSets_.open(place, output);
-    FeatureLayer& layer = host_.focusMap().addLayer(opened.featureClass->schema().name, *opened.featureClass);
+    HeadlessMap& map = host_.focusMap();
+    const std::string& name = opened.featureClass->schema().name;
+    FeatureLayer& layer = map.addLayer(map.findLayer(name) ? name + " 2" : name, *opened.featureClass);
     RunLayer result{&layer, select(*opened.featureClass, selection), selection.isGiven()};
     layer.selection().select(result.selected);
     return result;
@@ -272,9 +274,6 @@ const MethodInfo& RunSession::runnableMethod(const RunRequest& request) const {
     const MethodInfo& method = findMethod(request.method);
     requirePictureEnding(request.picturePath);
     requirePictureEnding(request.beforeAfterPath);
-    if (!method.isAvailable()) {
-        throw PlatformError(fmt::format("{} is not available in this version.", method.name));
-    }
     if (options_.keepsEditing && savesByItself(request)) {
         throw UsageError("bEditing false saves each feature by itself, which a script doesn't: use qz run.");
     }

@@ -25,9 +25,8 @@ struct SessionOptions {
 // Runs methods on data sets as a desktop host would: opens the data, selects, starts an edit operation, calls the
 // method, stops the operation, or aborts it when the method fails, and saves.
 //
-// Errors before the method is called, and of saving, are thrown: UsageError, DataError, PlatformError for a method that
-// is not available, Interrupted. What came of the method itself is in the report. Whatever is thrown, nothing is
-// written.
+// Errors before the method is called, and of saving, are thrown: UsageError, DataError, Interrupted. What came of the
+// method itself is in the report. Whatever is thrown, nothing is written.
 class RunSession {
 public:
     // Messages of the methods go to `messages`, progress to `host`.

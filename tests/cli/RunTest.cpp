@@ -111,9 +111,10 @@ TEST_F(RunCommand, RefusedRunsEndWith1AndSaveNothing) {
     EXPECT_EQ(polygons.status, 1);
     EXPECT_EQ(polygons.json()["result"], false);
     EXPECT_EQ(polygons.json()["saved"], false);
-    const Outcome planned = qz("run QZ_Gr2ShapeDo --data town.gpkg:streets");
-    EXPECT_EQ(planned.status, 1);
-    EXPECT_NE(planned.err.find("not available"), std::string::npos);
+    const Outcome finder = qz("run QZ_AnalyseNodes --data town.gpkg:streets --what Visible --nType all "
+                              "--bTrueCoords true --lMax 1");
+    EXPECT_EQ(finder.status, 1);
+    EXPECT_NE(finder.err.find("more features than the limit"), std::string::npos) << finder.err;
     EXPECT_EQ(contentOf(folder / "town.gpkg"), before);
 }
 
