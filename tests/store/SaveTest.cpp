@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 #include <cpl_string.h>
+#include <fmt/format.h>
 
+#include "platform/store/ogr/OgrSession.h"
 #include "tests/store/StoreFixture.h"
 
 namespace qz::test {
@@ -269,6 +272,84 @@ TEST(GeoPackageSave, KeepsIndexCountAndTriggers) {
     EXPECT_EQ(sqlRows(path, "SELECT COUNT(*) FROM roads WHERE name = 'renamed'"), std::vector<std::string>{"150"});
     EXPECT_EQ(sqlRows(path, "SELECT COUNT(*) FROM roads WHERE lanes IS NULL"), std::vector<std::string>{"151"});
     EXPECT_EQ(sqlRows(path, "PRAGMA journal_mode"), std::vector<std::string>{"delete"});
+}
+
+struct BulkSave {
+    const char* name;
+    ObjectId every; // of so many rows, one is edited
+    void (*edit)(Edits&, ObjectId);
+};
+
+std::string lineAt(ObjectId x, ObjectId y) {
+    return fmt::format("LINESTRING ({0}.1 {1},{0}.9 {1}.7)", x, y);
+}
+
+constexpr BulkSave bulkSaves[] = {
+    {"replaced", 1,
+     [](Edits& edits, ObjectId id) {
+         edits.remove(id);
+         edits.insert(id % 7 == 0 ? "" : lineAt(id, 3));
+     }},
+    {"moved", 1, [](Edits& edits, ObjectId id) { edits.reshape(id, lineAt(id, 1000 + id)); }},
+    {"a few moved", 4, [](Edits& edits, ObjectId id) { edits.reshape(id, lineAt(-id, 8)); }},
+    {"moved or emptied", 1, [](Edits& edits, ObjectId id) { edits.reshape(id, id % 2 == 0 ? "" : lineAt(id, 9)); }},
+    {"removed", 1, [](Edits& edits, ObjectId id) { edits.remove(id); }},
+    {"a few removed", 3, [](Edits& edits, ObjectId id) { edits.remove(id); }},
+    {"added", 1, [](Edits& edits, ObjectId id) { edits.insert(lineAt(id, -id)); }},
+};
+
+constexpr ObjectId bulkRows = 1200;
+
+void saveEdits(const std::string& path, const BulkSave& bulk, ObjectId first, ObjectId last) {
+    const auto store = openStore(path, OpenMode::edit);
+    Edits edits(*store->table("roads"));
+    for (ObjectId id = first; id <= last; ++id) {
+        if (id % bulk.every == 0) {
+            bulk.edit(edits, id);
+        }
+    }
+    store->save(edits.changeSet(), {});
+}
+
+// Rows, index, triggers, counts and extent.
+std::vector<std::string> contentOf(const std::string& path) {
+    std::vector<std::string> content = rowsOf(path);
+    for (const char* sql :
+         {"SELECT id + 0, minx, maxx, miny, maxy FROM rtree_roads_geom ORDER BY id",
+          "SELECT type, name, sql FROM sqlite_master ORDER BY type, name",
+          "SELECT name, seq FROM sqlite_sequence ORDER BY name", "SELECT feature_count FROM gpkg_ogr_contents",
+          "SELECT min_x, min_y, max_x, max_y FROM gpkg_contents", "SELECT rtreecheck('rtree_roads_geom')",
+          "PRAGMA integrity_check"}) {
+        std::ranges::move(sqlRows(path, sql), std::back_inserter(content));
+    }
+    return content;
+}
+
+// One large save, which goes past the triggers, leaves what many small ones leave, which run them.
+TEST(GeoPackageSave, OfManyRowsLeavesWhatTheTriggersWould) {
+    constexpr ObjectId portion = 60;
+    std::vector<std::string> shapes;
+    for (ObjectId id = 1; id <= bulkRows; ++id) {
+        shapes.push_back(id % 11 == 0 ? "" : lineAt(id, 0));
+    }
+    for (const BulkSave& bulk : bulkSaves) {
+        SCOPED_TRACE(bulk.name);
+        const TemporaryFolder folder;
+        const std::string atOnce = folder / "at_once.gpkg", bitByBit = folder / "bit_by_bit.gpkg";
+        makeRoads(atOnce, geoPackage, wkbLineString, shapes);
+        executeSql(*openDataset(atOnce, "GPKG", DatasetAccess::update),
+                   "UPDATE gpkg_contents SET last_change = '2001-02-03T04:05:06.000Z'");
+        std::filesystem::copy_file(atOnce, bitByBit);
+        saveEdits(atOnce, bulk, 1, bulkRows);
+        for (ObjectId id = 1; id <= bulkRows; id += portion) {
+            saveEdits(bitByBit, bulk, id, id + portion - 1);
+        }
+        const std::vector<std::string> content = contentOf(atOnce);
+        EXPECT_EQ(content, contentOf(bitByBit));
+        EXPECT_EQ(std::ranges::count(content, "ok"), 2);
+        EXPECT_EQ(sqlRows(atOnce, "SELECT COUNT(*) FROM gpkg_contents WHERE last_change LIKE '2001%'"),
+                  std::vector<std::string>{"0"});
+    }
 }
 
 // Rows of one save that set different fields must not be written through each other's statement.

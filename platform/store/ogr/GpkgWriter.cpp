@@ -13,8 +13,8 @@ namespace qz {
 namespace {
 
 constexpr std::size_t chunkSize = 1000;
-// From this many updates on, dropping and creating triggers costs less than running them.
-constexpr std::size_t manyUpdates = 200;
+// From this many rows on, dropping and creating triggers costs less than running them.
+constexpr std::size_t manyRows = 200;
 
 Envelope envelopeOf(const OGRGeometry* shape) {
     if (shape == nullptr || shape->IsEmpty()) {
@@ -44,6 +44,12 @@ bool equalInIndex(const Envelope& a, const Envelope& b) {
            roundedUp(a.xMax) == roundedUp(b.xMax) && roundedUp(a.yMax) == roundedUp(b.yMax);
 }
 
+template <typename Item, typename Write> void forEachChunk(std::span<const Item> items, Write write) {
+    for (std::size_t from = 0; from < items.size(); from += chunkSize) {
+        write(items.subspan(from, std::min(chunkSize, items.size() - from)));
+    }
+}
+
 template <typename Wanted> std::vector<ObjectId> idsOf(std::span<const RecordChange> changes, Wanted wanted) {
     std::vector<ObjectId> ids;
     for (const RecordChange& change : changes) {
@@ -52,12 +58,6 @@ template <typename Wanted> std::vector<ObjectId> idsOf(std::span<const RecordCha
         }
     }
     return ids;
-}
-
-bool hasTable(GDALDataset& dataset, const std::string& name) {
-    return queryInteger(dataset,
-                        fmt::format("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = {}", quotedText(name)))
-        .has_value();
 }
 
 } // namespace
@@ -71,24 +71,26 @@ GpkgWriter::GpkgWriter(GDALDataset& dataset, OGRLayer& layer, const OgrTable& ta
     layer_.ResetReading();
 }
 
-std::string GpkgWriter::rtree() const {
-    return "rtree_" + schema_.name + "_" + schema_.fields[*schema_.shapeField].name;
-}
-
 void GpkgWriter::write(const TableChanges& changes) {
     const std::optional<std::int64_t> count = storedCount();
-    for (const ObjectId id : changes.deletes) {
-        progress_.beforeRecord();
-        rows_.remove(id);
-    }
+    takeIndexOver(changes);
+    remove(changes.deletes);
     update(changes.updates);
-    for (const RecordPtr& record : changes.inserts) {
-        progress_.beforeRecord();
-        rows_.insert(*record);
+    insert(changes.inserts);
+    if (index_) {
+        progress_.beforeStep();
+        index_->complete();
     }
     giveUpIds(changes.nextId);
     if (count) {
         storeCount(*count + std::ssize(changes.inserts) - std::ssize(changes.deletes));
+    }
+}
+
+void GpkgWriter::takeIndexOver(const TableChanges& changes) {
+    const std::size_t rows = changes.deletes.size() + changes.updates.size() + changes.inserts.size();
+    if (rows >= manyRows && schema_.shape && hasTable(dataset_, GpkgSpatialIndex::nameFor(schema_))) {
+        index_.emplace(dataset_, schema_).takeOver();
     }
 }
 
@@ -106,42 +108,51 @@ void GpkgWriter::storeCount(std::int64_t count) {
                                      quotedText(schema_.name)));
 }
 
+// The driver notes that the table changed only when it deletes a row itself.
+void GpkgWriter::remove(std::span<const ObjectId> ids) {
+    if (ids.empty()) {
+        return;
+    }
+    removeRow(ids.front());
+    forEachChunk(ids.subspan(1), [this](std::span<const ObjectId> chunk) { removeRows(chunk); });
+}
+
+void GpkgWriter::removeRow(ObjectId id) {
+    progress_.beforeRecord();
+    rows_.remove(id);
+    if (index_) {
+        index_->noteRemoved(id);
+    }
+}
+
+// All in one statement. When rows are missing, one by one, for the error to name the first.
+void GpkgWriter::removeRows(std::span<const ObjectId> ids) {
+    const std::string condition = fmt::format("{} WHERE {} IN ({})", table_, id_, idList({ids.begin(), ids.end()}));
+    if (queryInteger(dataset_, "SELECT COUNT(*) FROM " + condition) != std::ssize(ids)) {
+        std::ranges::for_each(ids, [this](ObjectId id) { removeRow(id); });
+        return;
+    }
+    for (const ObjectId id : ids) {
+        progress_.beforeRecord();
+        if (index_) {
+            index_->noteRemoved(id);
+        }
+    }
+    executeSql(dataset_, "DELETE FROM " + condition);
+}
+
+void GpkgWriter::insert(std::span<const RecordPtr> records) {
+    for (const RecordPtr& record : records) {
+        progress_.beforeRecord();
+        rows_.insert(*record);
+        if (index_) {
+            index_->noteAdded(record->id);
+        }
+    }
+}
+
 void GpkgWriter::update(std::span<const RecordChange> updates) {
-    const bool many = updates.size() >= manyUpdates && schema_.shape && hasTable(dataset_, rtree());
-    if (many) {
-        dropIndexTriggers();
-    }
-    for (std::size_t from = 0; from < updates.size(); from += chunkSize) {
-        updateChunk(updates.subspan(from, std::min(chunkSize, updates.size() - from)));
-    }
-    if (many) {
-        restoreIndexTriggers();
-    }
-}
-
-void GpkgWriter::dropIndexTriggers() {
-    std::vector<std::string> names;
-    const std::string start = rtree() + "_update";
-    forEachRow(dataset_,
-               fmt::format("SELECT name, sql FROM sqlite_master WHERE type = 'trigger' AND substr(name, 1, {}) = {} "
-                           "ORDER BY name",
-                           start.size(), quotedText(start)),
-               [&](OGRFeature& row) {
-                   names.emplace_back(row.GetFieldAsString(0));
-                   droppedTriggers_.emplace_back(row.GetFieldAsString(1));
-               });
-    for (const std::string& name : names) {
-        executeSql(dataset_, "DROP TRIGGER " + quotedName(name));
-    }
-    maintainsIndex_ = true;
-}
-
-void GpkgWriter::restoreIndexTriggers() {
-    for (const std::string& sql : droppedTriggers_) {
-        executeSql(dataset_, sql);
-    }
-    droppedTriggers_.clear();
-    maintainsIndex_ = false;
+    forEachChunk(updates, [this](std::span<const RecordChange> chunk) { updateChunk(chunk); });
 }
 
 void GpkgWriter::updateChunk(std::span<const RecordChange> chunk) {
@@ -149,8 +160,7 @@ void GpkgWriter::updateChunk(std::span<const RecordChange> chunk) {
     const std::vector<ObjectId> reshaped = idsOf(chunk, changesShape);
     const std::vector<ObjectId> unshaped =
         schema_.shape ? idsOf(chunk, std::not_fn(changesShape)) : std::vector<ObjectId>();
-    const std::vector<Envelope> before = maintainsIndex_ ? storedEnvelopes(reshaped) : std::vector<Envelope>();
-    std::vector<ObjectId> moved;
+    const std::vector<Envelope> before = index_ ? storedEnvelopes(reshaped) : std::vector<Envelope>();
     std::size_t reshapedDone = 0;
     keepShapes(unshaped);
     for (const RecordChange& change : chunk) {
@@ -161,8 +171,8 @@ void GpkgWriter::updateChunk(std::span<const RecordChange> chunk) {
         mapper_.setChangedValues(feature, change);
         if (change.shapeChanged) {
             mapper_.setShape(feature, *change.record);
-            if (maintainsIndex_ && !equalInIndex(before[reshapedDone++], envelopeOf(feature.GetGeometryRef()))) {
-                moved.push_back(change.record->id);
+            if (index_ && !equalInIndex(before[reshapedDone++], envelopeOf(feature.GetGeometryRef()))) {
+                index_->noteMoved(change.record->id);
             }
         } else if (schema_.shape) {
             // The shape is always written; a column may refuse null until the kept one is back.
@@ -171,7 +181,6 @@ void GpkgWriter::updateChunk(std::span<const RecordChange> chunk) {
         rows_.write(feature);
     }
     restoreShapes(unshaped);
-    indexAgain(moved);
 }
 
 // A field that is unset in a feature is not written. The driver goes on with the statement it made for the fields of
@@ -220,19 +229,6 @@ std::vector<Envelope> GpkgWriter::storedEnvelopes(const std::vector<ObjectId>& i
         }
     });
     return envelopes;
-}
-
-void GpkgWriter::indexAgain(const std::vector<ObjectId>& ids) {
-    if (ids.empty()) {
-        return;
-    }
-    const std::string index = quotedName(rtree());
-    executeSql(dataset_, fmt::format("DELETE FROM {} WHERE id IN ({})", index, idList(ids)));
-    executeSql(
-        dataset_,
-        fmt::format("INSERT INTO {0} SELECT {1}, ST_MinX({2}), ST_MaxX({2}), ST_MinY({2}), ST_MaxY({2}) FROM {3} "
-                    "WHERE {1} IN ({4}) AND {2} NOT NULL AND NOT ST_IsEmpty({2})",
-                    index, id_, shape_, table_, idList(ids)));
 }
 
 // Ids that were handed out and given up are not handed out again.

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/store/ogr/GpkgSpatialIndex.h"
 #include "platform/store/ogr/OgrTable.h"
 #include "platform/store/ogr/RowWriter.h"
 #include "platform/store/ogr/SaveProgress.h"
@@ -21,22 +22,20 @@ public:
     void write(const TableChanges& changes);
 
 private:
-    // The triggers that keep the spatial index up to date row by row cost more than everything else of an update.
-    void dropIndexTriggers();
-    void restoreIndexTriggers();
-
+    void takeIndexOver(const TableChanges& changes);
+    void remove(std::span<const ObjectId> ids);
+    void removeRow(ObjectId id);
+    void removeRows(std::span<const ObjectId> ids);
+    void insert(std::span<const RecordPtr> records);
     void update(std::span<const RecordChange> updates);
     void updateChunk(std::span<const RecordChange> chunk);
     void prepareFor(const std::vector<bool>& writtenFields);
     void keepShapes(const std::vector<ObjectId>& ids);
     void restoreShapes(const std::vector<ObjectId>& ids);
     [[nodiscard]] std::vector<Envelope> storedEnvelopes(const std::vector<ObjectId>& ids);
-    void indexAgain(const std::vector<ObjectId>& ids);
     [[nodiscard]] std::optional<std::int64_t> storedCount();
     void storeCount(std::int64_t count);
     void giveUpIds(ObjectId nextId);
-
-    [[nodiscard]] std::string rtree() const;
 
     GDALDataset& dataset_;
     const Schema& schema_;
@@ -47,9 +46,8 @@ private:
     std::string table_; // quoted
     std::string id_;
     std::string shape_;
-    std::vector<std::string> droppedTriggers_; // their SQL
     std::vector<bool> preparedFor_;
-    bool maintainsIndex_ = false; // here, instead of by triggers
+    std::optional<GpkgSpatialIndex> index_; // while it is kept here, instead of by triggers
 };
 
 } // namespace qz

@@ -126,6 +126,12 @@ std::string queryText(GDALDataset& dataset, const std::string& sql) {
     return text;
 }
 
+bool hasTable(GDALDataset& dataset, const std::string& name) {
+    return queryInteger(dataset,
+                        fmt::format("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = {}", quotedText(name)))
+        .has_value();
+}
+
 std::string quotedName(const std::string& name) {
     return doubled(name, '"');
 }

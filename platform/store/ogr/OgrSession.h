@@ -57,6 +57,8 @@ void forEachRow(GDALDataset& dataset, const std::string& sql, const std::functio
 // First column of the first row; nothing when there is no row or it is null.
 [[nodiscard]] std::optional<std::int64_t> queryInteger(GDALDataset& dataset, const std::string& sql);
 [[nodiscard]] std::string queryText(GDALDataset& dataset, const std::string& sql);
+// Whether a GeoPackage has the table, whatever it holds.
+[[nodiscard]] bool hasTable(GDALDataset& dataset, const std::string& name);
 
 // A name or a text as SQL writes it.
 [[nodiscard]] std::string quotedName(const std::string& name);

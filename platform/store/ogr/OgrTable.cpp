@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/store/ogr/GpkgSpatialIndex.h"
 #include "platform/store/ogr/LayerWalk.h"
 #include "platform/store/ogr/OgrSchema.h"
 #include "platform/store/ogr/StorableCheck.h"
@@ -60,11 +61,8 @@ void OgrTable::attach(GDALDataset& dataset, OGRLayer& layer) {
     if (!name_.empty()) {
         schema_.name = name_;
     }
-    hasStoredIndex_ =
-        rules_.format == StoreFormat::geoPackage && schema_.shape &&
-        queryInteger(dataset, fmt::format("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = {}",
-                                          quotedText(rtreeName())))
-            .has_value();
+    hasStoredIndex_ = rules_.format == StoreFormat::geoPackage && schema_.shape &&
+                      hasTable(dataset, GpkgSpatialIndex::nameFor(schema_));
     scratch_.reset();
     forgetRows();
 }
@@ -77,10 +75,6 @@ void OgrTable::rename(const std::string& name) {
 void OgrTable::forgetRows() {
     count_.reset();
     envelopeTree_.reset();
-}
-
-std::string OgrTable::rtreeName() const {
-    return "rtree_" + schema_.name + "_" + schema_.fields[*schema_.shapeField].name;
 }
 
 std::int64_t OgrTable::count() {
@@ -140,12 +134,12 @@ std::vector<ObjectId> OgrTable::idsInTree(const Envelope& window) {
 std::vector<ObjectId> OgrTable::idsInStoredIndex(const Envelope& window) {
     const std::string shape = "t." + quotedName(schema_.fields[*schema_.shapeField].name);
     const std::string id = "t." + quotedName(schema_.fields[0].name);
-    const std::string sql =
-        fmt::format("SELECT CAST(r.id AS INTEGER) AS row_id, ST_MinX({0}), ST_MinY({0}), ST_MaxX({0}), ST_MaxY({0}) "
-                    "FROM {1} r JOIN {2} t ON {3} = r.id "
-                    "WHERE r.minx <= {4:.17g} AND r.maxx >= {5:.17g} AND r.miny <= {6:.17g} AND r.maxy >= {7:.17g}",
-                    shape, quotedName(rtreeName()), quotedName(schema_.name), id, widened(window.xMax, 1),
-                    widened(window.xMin, -1), widened(window.yMax, 1), widened(window.yMin, -1));
+    const std::string sql = fmt::format(
+        "SELECT CAST(r.id AS INTEGER) AS row_id, ST_MinX({0}), ST_MinY({0}), ST_MaxX({0}), ST_MaxY({0}) "
+        "FROM {1} r JOIN {2} t ON {3} = r.id "
+        "WHERE r.minx <= {4:.17g} AND r.maxx >= {5:.17g} AND r.miny <= {6:.17g} AND r.maxy >= {7:.17g}",
+        shape, quotedName(GpkgSpatialIndex::nameFor(schema_)), quotedName(schema_.name), id, widened(window.xMax, 1),
+        widened(window.xMin, -1), widened(window.yMax, 1), widened(window.yMin, -1));
     std::vector<ObjectId> ids;
     forEachRow(*dataset_, sql, [&](OGRFeature& row) {
         const Envelope envelope{row.GetFieldAsDouble(1), row.GetFieldAsDouble(2), row.GetFieldAsDouble(3),

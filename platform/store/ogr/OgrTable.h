@@ -58,7 +58,6 @@ private:
     [[nodiscard]] std::vector<ObjectId> idsInTree(const Envelope& window);
     [[nodiscard]] std::vector<ObjectId> idsInStoredIndex(const Envelope& window);
     [[nodiscard]] std::vector<RecordPtr> readFiltered(std::span<const ObjectId> ids);
-    [[nodiscard]] std::string rtreeName() const;
 
     const FormatRules& rules_;
     TableIdentity identity_;
