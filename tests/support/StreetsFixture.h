@@ -17,7 +17,9 @@ namespace qz::test {
 // A layer of lines "streets" with NAME, FROM_L, TO_L and LENGTH, under a map; its rules are those of a table: address
 // ranges from FROM_L to TO_L and a proportional LENGTH.
 struct Streets {
-    explicit Streets(GeometryKind kind = GeometryKind::polyline) {
+    explicit Streets(GeometryKind kind = GeometryKind::polyline,
+                     const SpatialReference& spatialReference = SpatialReference::fromEpsg(25832))
+        : reference(spatialReference) {
         services().showMessage = [this](const std::string& text) { messages.push_back(text); };
         auto store = std::make_unique<MemoryStore>();
         Schema schema = roadSchema();
@@ -88,7 +90,7 @@ struct Streets {
     HeadlessHost host{terminal, false};
     RefreshAreaRecord refresh;
     MKQZGenFunRun component;
-    SpatialReference reference = SpatialReference::fromEpsg(25832);
+    SpatialReference reference;
     MemoryTable* table = nullptr;
     std::unique_ptr<OverlayWorkspace> workspace;
     FeatureLayer* layer = nullptr;
