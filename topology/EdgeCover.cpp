@@ -39,7 +39,7 @@ public:
         : graph_(graph), trace_(trace), faceOf_(faceOf), isCovered_(trace.courses().size()),
           covers_(trace.courses().size()), partsIn_(trace.courses().size()) {}
 
-    [[nodiscard]] std::vector<Cover> covers(const FaceAssembly& assembly) && {
+    void spread(const FaceAssembly& assembly) {
         assembly.forEachOutline([this](std::uint32_t outline, std::uint32_t exterior) {
             if (exterior == Groups::none) {
                 reach(faceOfRing(outline), {});
@@ -52,8 +52,20 @@ public:
             pending_.pop_back();
             spreadFrom(face);
         }
-        return std::move(covers_);
     }
+
+    // Every crossing of an edge leads to the cover that the face behind it has.
+    [[nodiscard]] bool isConsistent() const {
+        for (EdgeEnd halfEdge = 0; halfEdge < faceOf_.size(); ++halfEdge) {
+            const std::uint32_t face = faceOf_[halfEdge];
+            if (face != Groups::none && coverAcross(halfEdge, covers_[face]) != covers_[faceOf_[otherEnd(halfEdge)]]) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    [[nodiscard]] std::vector<Cover> covers() && { return std::move(covers_); }
 
 private:
     [[nodiscard]] std::uint32_t faceOfRing(std::uint32_t ring) const { return faceOf_[trace_.rings()[ring].front()]; }
@@ -110,7 +122,10 @@ EdgeCover::EdgeCover(const TopologyGraph& graph) : edges_(geometryOfEdges(graph)
     FaceAssembly assembly(network, trace, commonTraits(edges_));
     assembly.placeOutlines(unwatched);
     faceOf_ = courseOfHalfEdges(trace, 2 * network.edgeCount());
-    covers_ = CoverSpread(graph, trace, faceOf_).covers(assembly);
+    CoverSpread cover(graph, trace, faceOf_);
+    cover.spread(assembly);
+    isConsistent_ = cover.isConsistent();
+    covers_ = std::move(cover).covers();
 }
 
 TopologyGraph::Features EdgeCover::coverOf(std::size_t halfEdge) const {

@@ -20,6 +20,9 @@ class EdgeCover {
 public:
     explicit EdgeCover(const TopologyGraph& graph);
 
+    // Whether every edge tells the same of its two sides. Where curves meet so flatly that the order of the edges
+    // around a node can't be told from coordinates, faces may be traced wrongly, which shows in this.
+    [[nodiscard]] bool isConsistent() const noexcept { return isConsistent_; }
     // Whether it has one face to its left and another to its right. Edges along which a polygon doubles back have not.
     [[nodiscard]] bool dividesFaces(std::size_t edge) const noexcept { return faceOf_[2 * edge] != Groups::none; }
     // Ascending.
@@ -34,6 +37,7 @@ private:
     std::vector<Polyline> edges_;
     std::vector<std::uint32_t> faceOf_;              // to the right of each half-edge; none for one of no face
     std::vector<std::vector<std::uint32_t>> covers_; // by face
+    bool isConsistent_ = true;
 };
 
 } // namespace qz

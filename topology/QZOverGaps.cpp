@@ -6,6 +6,7 @@
 
 #include "platform/geometry/InteriorPoint.h"
 #include "platform/geometry/Relations.h"
+#include "platform/geometry/Strokes.h"
 #include "topology/FaceAssembly.h"
 #include "topology/SharedBorders.h"
 
@@ -39,6 +40,18 @@ private:
     std::vector<const Polygon*> polygons_;
     PackedEnvelopeTree tree_;
 };
+
+// Arcs that run beside each other closer than their coordinates can tell are taken as straight segments.
+EdgeCover coverBy(std::vector<Geometry> polygons) {
+    EdgeCover cover(TopologyGraph(polygons, 0));
+    if (cover.isConsistent()) {
+        return cover;
+    }
+    for (Geometry& polygon : polygons) {
+        polygon = straightened(polygon, polygon.spatialReference().grid().xyTolerance);
+    }
+    return EdgeCover(TopologyGraph(std::move(polygons), 0));
+}
 
 } // namespace
 
@@ -86,8 +99,7 @@ std::vector<Polygon> gapsBetween(const std::vector<Polygon>& polygons) {
             surrounded.push_back(&polygons[i]);
         }
     }
-    const TopologyGraph graph(std::move(bordering), 0);
-    std::vector<Polygon> gaps = faultyGround(EdgeCover(graph), CoverFault::gap);
+    std::vector<Polygon> gaps = faultyGround(coverBy(std::move(bordering)), CoverFault::gap);
     const PlaceCover cover(std::move(surrounded));
     std::erase_if(gaps, [&](const Polygon& gap) {
         const std::optional<Point> inside = interiorPoint(gap);
