@@ -116,12 +116,12 @@ std::vector<Geometry> QZ_PolygonsFromEdges(const TopologyGraph& graph, std::size
     if (hadParts && allowsMultipart) {
         return {rebuilt};
     }
-    std::vector<Geometry> parts;
-    std::set<std::string> signatures;
-    for (Geometry& part : exploded(rebuilt)) {
-        if (signatures.insert(QZ_PolygonSignature(part.as<Polygon>())).second) {
-            parts.push_back(std::move(part));
-        }
+    std::vector<Geometry> parts = exploded(rebuilt);
+    if (parts.size() > 1) {
+        std::set<std::string> signatures;
+        std::erase_if(parts, [&](const Geometry& part) {
+            return !signatures.insert(QZ_PolygonSignature(part.as<Polygon>())).second;
+        });
     }
     return parts;
 }

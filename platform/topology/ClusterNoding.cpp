@@ -14,6 +14,7 @@
 #include "platform/geometry/SegmentIntersection.h"
 #include "platform/geometry/Vectors.h"
 #include "platform/topology/ClusterCentres.h"
+#include "platform/topology/NumberSort.h"
 
 namespace qz {
 
@@ -193,9 +194,20 @@ private:
     }
 
     void sortSplits() {
-        std::ranges::sort(splits_, [](const Split& a, const Split& b) { return comesBefore(a, b); });
+        const auto pathOf = [](const Split& split) { return split.at.path; };
+        splits_ = sortedByNumber(std::span<const Split>(splits_), paths_.size(), pathOf);
+        for (auto first = splits_.begin(); first != splits_.end();) {
+            const auto last = endOfPath(first);
+            std::sort(first, last, [](const Split& a, const Split& b) { return comesBefore(a, b); });
+            first = last;
+        }
         const auto twice = std::ranges::unique(splits_);
         splits_.erase(twice.begin(), twice.end());
+    }
+
+    // The end of the splits of one path.
+    [[nodiscard]] std::vector<Split>::iterator endOfPath(std::vector<Split>::iterator first) {
+        return std::find_if(first, splits_.end(), [&](const Split& split) { return split.at.path != first->at.path; });
     }
 
     [[nodiscard]] bool isSplit(const SegmentOf& at) const {
@@ -254,7 +266,7 @@ private:
         isOpen_.assign(paths_.size(), false);
         for (auto first = splits_.begin(); first != splits_.end();) {
             const std::size_t path = first->at.path;
-            const auto last = std::find_if(first, splits_.end(), [&](const Split& s) { return s.at.path != path; });
+            const auto last = endOfPath(first);
             paths_[path] = split(paths_[path], {first, last});
             isOpen_[path] = true;
             first = last;

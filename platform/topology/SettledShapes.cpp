@@ -47,10 +47,15 @@ bool keepRoles(std::span<const Path> source, std::span<const Path> noded) {
     return true;
 }
 
-std::vector<Path> withoutEmpty(std::span<const Path> paths) {
-    std::vector<Path> kept;
-    std::ranges::copy_if(paths, std::back_inserter(kept), [](const Path& path) { return !path.isEmpty(); });
-    return kept;
+std::vector<Path> takeNotEmpty(std::span<Path> paths) {
+    std::vector<Path> taken;
+    taken.reserve(paths.size());
+    for (Path& path : paths) {
+        if (!path.isEmpty()) {
+            taken.push_back(std::move(path));
+        }
+    }
+    return taken;
 }
 
 bool haveSameXY(std::span<const Path> a, std::span<const Path> b) {
@@ -69,7 +74,7 @@ SettledShapes::SettledShapes(std::vector<Geometry> shapes, double tolerance)
     std::ranges::for_each(originals_, requireCurve);
     const std::vector<Path> source = sourcePaths();
     const bool isCurved = std::ranges::any_of(originals_, hasArcs);
-    const std::vector<Path> noded = clusterNoded(source, tolerance, isCurved ? givenVertices() : std::vector<XY>());
+    std::vector<Path> noded = clusterNoded(source, tolerance, isCurved ? givenVertices() : std::vector<XY>());
     arcs_.settle(noded, resolutionOf(originals_));
     std::size_t first = 0;
     for (std::size_t shape = 0; shape < originals_.size(); ++shape) {
@@ -99,20 +104,21 @@ std::vector<XY> SettledShapes::givenVertices() const {
     return vertices;
 }
 
-void SettledShapes::settle(std::size_t shape, std::span<const Path> source, std::span<const Path> noded) {
+void SettledShapes::settle(std::size_t shape, std::span<const Path> source, std::span<Path> noded) {
     isUnchanged_[shape] = haveSameXY(source, noded);
     if (originals_[shape].getIf<Polygon>()) {
         settlePolygon(shape, source, noded);
     } else {
-        paths_[shape] = withoutEmpty(noded);
+        paths_[shape] = takeNotEmpty(noded);
     }
 }
 
-void SettledShapes::settlePolygon(std::size_t shape, std::span<const Path> source, std::span<const Path> noded) {
+void SettledShapes::settlePolygon(std::size_t shape, std::span<const Path> source, std::span<Path> noded) {
+    const bool hasRoles = keepRoles(source, noded);
     Polygon rings;
     static_cast<GeometryTraits&>(rings) = originals_[shape].traits();
-    rings.rings = withoutEmpty(noded);
-    const bool isProper = keepRoles(source, noded) && areSimpleAndApart(rings.rings);
+    rings.rings = takeNotEmpty(noded);
+    const bool isProper = hasRoles && areSimpleAndApart(rings.rings);
     if (!isProper && !(isUnchanged_[shape] && isSimple(rings))) {
         rings = simplified(rings);
         isUnchanged_[shape] = false;

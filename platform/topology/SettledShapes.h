@@ -29,8 +29,9 @@ public:
 private:
     [[nodiscard]] std::vector<Path> sourcePaths();
     [[nodiscard]] std::vector<XY> givenVertices() const;
-    void settle(std::size_t shape, std::span<const Path> source, std::span<const Path> noded);
-    void settlePolygon(std::size_t shape, std::span<const Path> source, std::span<const Path> noded);
+    // Both take the noded paths away.
+    void settle(std::size_t shape, std::span<const Path> source, std::span<Path> noded);
+    void settlePolygon(std::size_t shape, std::span<const Path> source, std::span<Path> noded);
 
     std::vector<Geometry> originals_;
     ArcStrokes arcs_;

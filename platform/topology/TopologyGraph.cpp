@@ -9,6 +9,7 @@
 #include "platform/Error.h"
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/XYHash.h"
+#include "platform/topology/NumberSort.h"
 
 namespace qz {
 
@@ -80,17 +81,18 @@ public:
             addPaths(feature);
         }
         graph_.firstPath_.push_back(graph_.paths_.size());
+        firstVertex_.push_back(vertices_.size());
         gatherUses();
         findNodes();
         edgeOf_.assign(pieces_.size(), none);
         runsUp_.assign(pieces_.size(), false);
-        for (std::uint32_t path = 0; path < vertices_.size(); ++path) {
+        for (std::uint32_t path = 0; path < graph_.paths_.size(); ++path) {
             trace(path);
         }
     }
 
 private:
-    using Numbers = std::vector<std::uint32_t>;
+    using Numbers = std::span<const std::uint32_t>;
 
     void addPaths(std::uint32_t feature) {
         graph_.firstPath_.push_back(graph_.paths_.size());
@@ -102,22 +104,39 @@ private:
     }
 
     void addPieces(std::uint32_t feature, const Path& path) {
-        Numbers& numbers = vertices_.emplace_back();
-        numbers.reserve(path.vertexCount());
+        firstVertex_.push_back(vertices_.size());
         for (const XY place : path.xy()) {
-            numbers.push_back(static_cast<std::uint32_t>(places_.add(place)));
+            const auto number = static_cast<std::uint32_t>(places_.add(place));
+            if (vertices_.size() > firstVertex_.back()) {
+                addPiece(feature, vertices_.back(), number);
+            }
+            vertices_.push_back(number);
         }
-        for (std::size_t i = 0; i + 1 < numbers.size(); ++i) {
-            const auto [low, high] = std::minmax(numbers[i], numbers[i + 1]);
-            const auto piece = static_cast<std::uint32_t>(pieces_.add({low, high}));
-            pieceUses_.push_back({piece, feature, numbers[i] == low ? 1 : -1});
-        }
+        segmentPieces_.push_back(none);
+    }
+
+    void addPiece(std::uint32_t feature, std::uint32_t from, std::uint32_t to) {
+        const auto piece = static_cast<std::uint32_t>(pieces_.add({std::min(from, to), std::max(from, to)}));
+        segmentPieces_.push_back(piece);
+        pieceUses_.push_back({piece, feature, from < to ? 1 : -1});
+    }
+
+    // The numbers of a path's vertices.
+    [[nodiscard]] Numbers verticesOf(std::uint32_t path) const {
+        return Numbers(vertices_).subspan(firstVertex_[path], firstVertex_[path + 1] - firstVertex_[path]);
+    }
+
+    [[nodiscard]] std::uint32_t pieceAt(std::uint32_t path, std::uint32_t segment) const {
+        return segmentPieces_[firstVertex_[path] + segment];
     }
 
     // Each feature once a piece.
     void gatherUses() {
-        std::ranges::sort(pieceUses_, {}, &PieceUse::key);
+        const auto pieceOf = [](const PieceUse& use) { return use.piece; };
+        // They come by ascending feature, and stay so.
+        pieceUses_ = sortedByNumber(std::span<const PieceUse>(pieceUses_), pieces_.size(), pieceOf);
         std::vector<PieceUse> gathered;
+        gathered.reserve(pieceUses_.size());
         for (const PieceUse& use : pieceUses_) {
             if (!gathered.empty() && gathered.back().key() == use.key()) {
                 gathered.back().direction += use.direction;
@@ -126,13 +145,7 @@ private:
             }
         }
         pieceUses_ = std::move(gathered);
-        firstUse_.assign(pieces_.size() + 1, 0);
-        for (const PieceUse& use : pieceUses_) {
-            ++firstUse_[use.piece + 1];
-        }
-        for (std::size_t i = 1; i < firstUse_.size(); ++i) {
-            firstUse_[i] += firstUse_[i - 1];
-        }
+        firstUse_ = firstOfEach(std::span<const PieceUse>(pieceUses_), pieces_.size(), pieceOf);
     }
 
     [[nodiscard]] std::span<const PieceUse> usesOf(std::uint32_t piece) const {
@@ -161,16 +174,16 @@ private:
                 }
             }
         }
-        for (std::size_t path = 0; path < vertices_.size(); ++path) {
+        for (std::uint32_t path = 0; path < graph_.paths_.size(); ++path) {
             if (graph_.originalShape(graph_.paths_[path].feature).getIf<Polyline>()) {
-                isNode_[vertices_[path].front()] = isNode_[vertices_[path].back()] = true;
+                isNode_[verticesOf(path).front()] = isNode_[verticesOf(path).back()] = true;
             }
         }
     }
 
     // From node to node; a ring from its first vertex when it has none.
     void trace(std::uint32_t path) {
-        const Numbers& numbers = vertices_[path];
+        const Numbers numbers = verticesOf(path);
         const auto segments = static_cast<std::uint32_t>(numbers.size() - 1);
         const auto node = std::ranges::find_if(numbers, [this](std::uint32_t place) { return isNode_[place]; });
         const auto start = static_cast<std::uint32_t>(node - numbers.begin()) % (segments + 1);
@@ -184,17 +197,11 @@ private:
         }
     }
 
-    [[nodiscard]] std::uint32_t pieceAt(const Numbers& numbers, std::uint32_t segment) const {
-        const auto [low, high] = std::minmax(numbers[segment], numbers[segment + 1]);
-        return static_cast<std::uint32_t>(pieces_.find({low, high}).value());
-    }
-
     void addUse(std::uint32_t path, TopologyGraph::EdgeUse use) {
-        const Numbers& numbers = vertices_[path];
-        const std::uint32_t piece = pieceAt(numbers, use.first);
-        const bool up = numbers[use.first] == pieces_[piece].low;
+        const std::uint32_t piece = pieceAt(path, use.first);
+        const bool up = verticesOf(path)[use.first] == pieces_[piece].low;
         if (edgeOf_[piece] == none) {
-            claimPieces(numbers, use);
+            claimPieces(path, use);
             addEdge(path, piece, up);
         }
         use.edge = edgeOf_[piece];
@@ -203,10 +210,11 @@ private:
     }
 
     // Gives the pieces on the way to the edge to be added.
-    void claimPieces(const Numbers& numbers, const TopologyGraph::EdgeUse& use) {
+    void claimPieces(std::uint32_t path, const TopologyGraph::EdgeUse& use) {
+        const Numbers numbers = verticesOf(path);
         const auto segments = static_cast<std::uint32_t>(numbers.size() - 1);
         for (std::uint32_t i = 0; i < use.count; ++i) {
-            const std::uint32_t segment = (use.first + i) % segments, piece = pieceAt(numbers, segment);
+            const std::uint32_t segment = (use.first + i) % segments, piece = pieceAt(path, segment);
             edgeOf_[piece] = static_cast<std::uint32_t>(graph_.edges_.size());
             runsUp_[piece] = numbers[segment] == pieces_[piece].low;
         }
@@ -228,12 +236,14 @@ private:
     TopologyGraph& graph_;
     PlaceNumbers places_;
     Numbering<PieceEnds, PieceHash> pieces_;
-    std::vector<Numbers> vertices_; // of each path, as numbers of places
+    std::vector<std::uint32_t> vertices_;      // of all paths, as numbers of places
+    std::vector<std::uint32_t> segmentPieces_; // from each vertex to the next of its path; none from the last
+    std::vector<std::size_t> firstVertex_;     // of each path, and the number of vertices at last
     std::vector<PieceUse> pieceUses_;
     std::vector<std::size_t> firstUse_;
     std::vector<bool> isNode_;
-    Numbers edgeOf_;           // by piece
-    std::vector<bool> runsUp_; // whether its edge goes from the low to the high end
+    std::vector<std::uint32_t> edgeOf_; // by piece
+    std::vector<bool> runsUp_;          // whether its edge goes from the low to the high end
 };
 
 TopologyGraph::Network TopologyGraph::read(std::span<FeatureClass* const> classes, const Envelope* extent) {
