@@ -14,8 +14,7 @@ constexpr std::size_t chunkSize = 1000;
 
 template <typename See> void forEachChunk(const std::vector<ObjectId>& ids, See see) {
     for (std::size_t from = 0; from < ids.size(); from += chunkSize) {
-        const auto chunk = std::span(ids).subspan(from, std::min(chunkSize, ids.size() - from));
-        see(idList({chunk.begin(), chunk.end()}));
+        see(std::span(ids).subspan(from, std::min(chunkSize, ids.size() - from)));
     }
 }
 
@@ -76,13 +75,13 @@ void GpkgSpatialIndex::makeAnew() {
 }
 
 void GpkgSpatialIndex::removeOutdated() {
-    forEachChunk(outdated_, [this](const std::string& ids) {
-        executeSql(dataset_, fmt::format("DELETE FROM {} WHERE id IN ({})", quotedName_, ids));
+    forEachChunk(outdated_, [this](std::span<const ObjectId> ids) {
+        executeSql(dataset_, fmt::format("DELETE FROM {} WHERE {}", quotedName_, isOneOf("id", ids)));
     });
 }
 
 void GpkgSpatialIndex::addMissing() {
-    forEachChunk(missing_, [this](const std::string& ids) { addEntries(fmt::format("{} IN ({})", id_, ids)); });
+    forEachChunk(missing_, [this](std::span<const ObjectId> ids) { addEntries(isOneOf(id_, ids)); });
 }
 
 void GpkgSpatialIndex::addEntries(const std::string& condition) {

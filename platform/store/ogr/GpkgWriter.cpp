@@ -127,7 +127,7 @@ void GpkgWriter::removeRow(ObjectId id) {
 
 // All in one statement. When rows are missing, one by one, for the error to name the first.
 void GpkgWriter::removeRows(std::span<const ObjectId> ids) {
-    const std::string condition = fmt::format("{} WHERE {} IN ({})", table_, id_, idList({ids.begin(), ids.end()}));
+    const std::string condition = fmt::format("{} WHERE {}", table_, isOneOf(id_, ids));
     if (queryInteger(dataset_, "SELECT COUNT(*) FROM " + condition) != std::ssize(ids)) {
         std::ranges::for_each(ids, [this](ObjectId id) { removeRow(id); });
         return;
@@ -197,8 +197,8 @@ void GpkgWriter::keepShapes(const std::vector<ObjectId>& ids) {
         return;
     }
     executeSql(dataset_, "CREATE TEMP TABLE IF NOT EXISTS qz_kept_shapes (id INTEGER PRIMARY KEY, shape BLOB)");
-    executeSql(dataset_, fmt::format("INSERT INTO temp.qz_kept_shapes SELECT {}, {} FROM {} WHERE {} IN ({})", id_,
-                                     shape_, table_, id_, idList(ids)));
+    executeSql(dataset_, fmt::format("INSERT INTO temp.qz_kept_shapes SELECT {}, {} FROM {} WHERE {}", id_, shape_,
+                                     table_, isOneOf(id_, ids)));
 }
 
 void GpkgWriter::restoreShapes(const std::vector<ObjectId>& ids) {
@@ -207,8 +207,8 @@ void GpkgWriter::restoreShapes(const std::vector<ObjectId>& ids) {
     }
     executeSql(dataset_,
                fmt::format("UPDATE {0} SET {1} = (SELECT shape FROM temp.qz_kept_shapes k WHERE k.id = {0}.{2}) "
-                           "WHERE {2} IN ({3})",
-                           table_, shape_, id_, idList(ids)));
+                           "WHERE {3}",
+                           table_, shape_, id_, isOneOf(id_, ids)));
     executeSql(dataset_, "DELETE FROM temp.qz_kept_shapes");
 }
 
@@ -219,8 +219,8 @@ std::vector<Envelope> GpkgWriter::storedEnvelopes(const std::vector<ObjectId>& i
     }
     const std::string sql = fmt::format(
         "SELECT CAST({0} AS INTEGER) AS row_id, ST_MinX({1}), ST_MinY({1}), ST_MaxX({1}), ST_MaxY({1}) FROM {2} "
-        "WHERE {0} IN ({3})",
-        id_, shape_, table_, idList(ids));
+        "WHERE {3}",
+        id_, shape_, table_, isOneOf(id_, ids));
     forEachRow(dataset_, sql, [&](OGRFeature& row) {
         const auto at = std::lower_bound(ids.begin(), ids.end(), static_cast<ObjectId>(row.GetFieldAsInteger64(0)));
         if (row.IsFieldSetAndNotNull(1)) {

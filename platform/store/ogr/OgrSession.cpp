@@ -140,8 +140,12 @@ std::string quotedText(const std::string& text) {
     return doubled(text, '\'');
 }
 
-std::string idList(const std::vector<std::int64_t>& ids) {
-    return fmt::format("{}", fmt::join(ids, ","));
+std::string isOneOf(const std::string& column, std::span<const std::int64_t> ids) {
+    const auto isGap = [](std::int64_t id, std::int64_t next) { return next != id + 1; };
+    if (!ids.empty() && std::ranges::adjacent_find(ids, isGap) == ids.end()) {
+        return fmt::format("{} BETWEEN {} AND {}", column, ids.front(), ids.back());
+    }
+    return fmt::format("{} IN ({})", column, fmt::join(ids, ","));
 }
 
 } // namespace qz

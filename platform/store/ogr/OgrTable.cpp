@@ -39,7 +39,7 @@ std::string idCondition(const std::string& column, std::span<const ObjectId> ids
     if (span <= densestGap * static_cast<ObjectId>(ids.size())) {
         return fmt::format("{} BETWEEN {} AND {}", quotedName(column), ids.front(), ids.back());
     }
-    return fmt::format("{} IN ({})", quotedName(column), idList({ids.begin(), ids.end()}));
+    return isOneOf(quotedName(column), ids);
 }
 
 // R-trees keep single precision, rounded outward; a window is widened so that no row is lost to the number's text.
