@@ -7,6 +7,7 @@
 
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/Strokes.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -27,10 +28,6 @@ bool definesValues(const Geometry& geometry) {
         defines = defines || (traits.zAware && !std::isnan(vertex.z)) || (traits.mAware && !std::isnan(vertex.m));
     });
     return defines;
-}
-
-bool precedes(XY a, XY b) noexcept {
-    return std::tie(a.x, a.y) < std::tie(b.x, b.y);
 }
 
 double distanceBetween(XY a, XY b) noexcept {

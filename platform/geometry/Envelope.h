@@ -27,11 +27,21 @@ struct Envelope {
         return xMin <= p.x && p.x <= xMax && yMin <= p.y && p.y <= yMax;
     }
 
-    // Coordinates that are not finite are left out.
-    void expandToInclude(XY p) noexcept;
+    // Coordinates that are not finite are left out. Written so that the NaN sides of an empty envelope give way.
+    void expandToInclude(XY p) noexcept {
+        if (isFinite(p)) {
+            xMin = xMin <= p.x ? xMin : p.x;
+            yMin = yMin <= p.y ? yMin : p.y;
+            xMax = xMax >= p.x ? xMax : p.x;
+            yMax = yMax >= p.y ? yMax : p.y;
+        }
+    }
     void expandToInclude(const Envelope& other) noexcept;
     // Each side moved outward by (dx, dy), inward when negative; empty when nothing is left.
-    [[nodiscard]] Envelope expandedBy(double dx, double dy) const noexcept;
+    [[nodiscard]] Envelope expandedBy(double dx, double dy) const noexcept {
+        const Envelope moved{xMin - dx, yMin - dy, xMax + dx, yMax + dy};
+        return moved.isEmpty() ? Envelope{} : moved;
+    }
     // Width and height multiplied about the centre.
     [[nodiscard]] Envelope scaledBy(double ratio) const noexcept;
 

@@ -1,10 +1,13 @@
 #include "platform/geometry/Noding.h"
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 #include <tuple>
 
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/Orientation.h"
+#include "platform/geometry/RingNesting.h"
 #include "platform/geometry/SegmentChains.h"
 
 namespace qz {
@@ -32,7 +35,8 @@ public:
         : paths_(paths), tolerance_(tolerance), chains_(paths), nodes_(paths.size()) {}
 
     std::vector<std::vector<Node>> run();
-    [[nodiscard]] bool findsNone();
+    // Nothing when that can't be told from so many pairs of segments with close envelopes.
+    [[nodiscard]] std::optional<bool> findsNone(std::size_t maximumPairs);
 
 private:
     [[nodiscard]] NodingSegment segmentOf(const SegmentChain& chain) const;
@@ -62,11 +66,17 @@ std::vector<std::vector<Node>> Noder::run() {
     return std::move(nodes_);
 }
 
-bool Noder::findsNone() {
-    return chains_.forEachClosePair(tolerance_.endDistance, [this](const SegmentChain& a, const SegmentChain& b) {
-        meet(a, b);
-        return !foundAny_;
-    });
+std::optional<bool> Noder::findsNone(std::size_t maximumPairs) {
+    std::size_t pairs = 0;
+    const bool sawAll =
+        chains_.forEachClosePair(tolerance_.endDistance, [&](const SegmentChain& a, const SegmentChain& b) {
+            if (pairs++ == maximumPairs) {
+                return false;
+            }
+            meet(a, b);
+            return !foundAny_;
+        });
+    return sawAll || foundAny_ ? std::optional(sawAll) : std::nullopt;
 }
 
 NodingSegment Noder::segmentOf(const SegmentChain& chain) const {
@@ -147,6 +157,17 @@ void Noder::addStretch(const SegmentChain& a, const SegmentChain& b, const Conta
     addNodes(a, b, stretch.to, NodeKind::overlapEnd, kindOnB(NodeKind::overlapEnd));
 }
 
+// Comparing that many pairs of segments a vertex takes about as long as sweeping over the vertex (measured).
+constexpr std::size_t pairsThatCostASweep = 8;
+
+std::size_t vertexCountOf(std::span<const Path* const> paths) {
+    std::size_t count = 0;
+    for (const Path* path : paths) {
+        count += path->vertexCount();
+    }
+    return count;
+}
+
 Vertex placed(Vertex vertex, XY at) noexcept {
     vertex.x = at.x;
     vertex.y = at.y;
@@ -175,7 +196,11 @@ std::vector<std::vector<Node>> nodesOf(std::span<const Path* const> paths, const
 }
 
 bool meetNowhere(std::span<const Path* const> paths) {
-    return Noder(paths, {}).findsNone();
+    const bool asSweep = std::ranges::all_of(paths, [](const Path* path) { return canBeSwept(*path); });
+    const std::size_t maximumPairs =
+        asSweep ? pairsThatCostASweep * vertexCountOf(paths) : std::numeric_limits<std::size_t>::max();
+    const std::optional<bool> none = Noder(paths, {}).findsNone(maximumPairs);
+    return none ? *none : surroundingRings(paths).has_value();
 }
 
 std::vector<const Path*> pathsOf(const Geometry& geometry) {

@@ -41,7 +41,8 @@ struct Node {
 [[nodiscard]] std::vector<std::vector<Node>> nodesOf(std::span<const Path* const> paths,
                                                      const ContactTolerance& tolerance = {});
 
-// Whether there are no nodes at all: for rings, that each is simple and that they are apart. Ends at the first.
+// Whether there are no nodes at all: for rings, that each is simple and that they are apart. Ends at the first. Of
+// rings without arcs also in near-linear time where their segments are long for the whole.
 [[nodiscard]] bool meetNowhere(std::span<const Path* const> paths);
 
 // The paths of a polyline or the rings of a polygon; none for points.

@@ -82,6 +82,11 @@ bool SegmentIndex::isWithin(double distance, const Segment& segment) const {
 }
 
 bool SegmentIndex::isWithin(double distance, const Geometry& other) const {
+    bool anyNear = false;
+    tree_.query(other.envelope().expandedBy(distance, distance), [&anyNear](std::size_t) { anyNear = true; });
+    if (!anyNear) {
+        return false;
+    }
     const std::vector<Segment> segments = segmentsOf(other);
     return std::ranges::any_of(segments, [&](const Segment& segment) { return isWithin(distance, segment); });
 }

@@ -20,10 +20,6 @@ double distance(XY a, XY b) noexcept {
     return std::hypot(b.x - a.x, b.y - a.y);
 }
 
-bool precedes(XY a, XY b) noexcept {
-    return std::tie(a.x, a.y) < std::tie(b.x, b.y);
-}
-
 double insideRatio(double ratio) noexcept {
     return std::clamp(ratio, 0x1p-1000, almostOne);
 }

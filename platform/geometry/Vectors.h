@@ -22,5 +22,9 @@ namespace qz {
 [[nodiscard]] constexpr double cross(XY a, XY b) noexcept {
     return a.x * b.y - a.y * b.x;
 }
+// By x, then by y.
+[[nodiscard]] constexpr bool precedes(XY a, XY b) noexcept {
+    return a.x < b.x || (a.x == b.x && a.y < b.y);
+}
 
 } // namespace qz

@@ -1,9 +1,12 @@
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <vector>
 
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/Orientation.h"
 #include "platform/geometry/PolygonAssembly.h"
+#include "platform/geometry/RingNesting.h"
 #include "platform/geometry/Simplify.h"
 #include "platform/geometry/Strokes.h"
 #include "platform/geometry/geos/Overlay.h"
@@ -29,6 +32,23 @@ bool isProperRing(const Path& ring, double resolution) {
     return hasEnough && ring.isClosed() && repeatsNoVertex(ring) && !isSliver(ring, resolution);
 }
 
+// Of rings that meet nowhere: every hole directly in the exterior ring it follows, every exterior ring outside of all
+// areas.
+bool areInTheirPlaces(const std::vector<Path>& rings, const std::vector<std::size_t>& surrounding) {
+    std::vector<bool> areExterior;
+    std::ranges::transform(rings, std::back_inserter(areExterior), isExterior);
+    std::size_t exterior = 0;
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        exterior = areExterior[i] ? i : exterior;
+        const bool isInPlace =
+            areExterior[i] ? surrounding[i] == noRing || !areExterior[surrounding[i]] : surrounding[i] == exterior;
+        if (!isInPlace) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 bool isSimple(const Polygon& polygon) {
@@ -40,12 +60,18 @@ bool isSimple(const Polygon& polygon) {
     if (polygon.rings.empty()) {
         return true;
     }
+    if (!isExterior(polygon.rings.front())) {
+        return false;
+    }
     // Quicker than the general test below.
     if (polygon.rings.size() == 1 && meetNowhere(std::array<const Path*, 1>{&polygon.rings.front()})) {
-        return isExterior(polygon.rings.front());
+        return true;
     }
-    const double sagitta = grid.xyTolerance / strokesPerTolerance;
-    return isExterior(polygon.rings.front()) && isValid(*toGeos(straightened(polygon, sagitta)));
+    const Geometry straight = straightened(polygon, grid.xyTolerance / strokesPerTolerance);
+    if (const auto surrounding = surroundingRings(pathsOf(straight))) {
+        return areInTheirPlaces(straight.as<Polygon>().rings, *surrounding);
+    }
+    return isValid(*toGeos(straight));
 }
 
 } // namespace qz

@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/geometry/Vectors.h"
 #include "platform/geometry/ogr/OgrSpatialReference.h"
 #include "platform/geometry/ogr/QuietGdal.h"
 #include "platform/geometry/ogr/SpatialReferenceData.h"
@@ -177,10 +178,6 @@ struct MovedArc {
     Vertex end;
     ArcSense sense;
 };
-
-bool precedes(XY a, XY b) {
-    return a.x < b.x || (a.x == b.x && a.y < b.y);
-}
 
 // The arc in the one of its two directions that neighbours who share it, each in its own, agree on.
 MovedArc inAgreedDirection(const ArcSegment& arc, const Path& path, const MovedArc& moved) {
