@@ -1,7 +1,7 @@
 #pragma once
 
 #include <map>
-#include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/data/overlay/OverlayClass.h"
@@ -29,20 +29,19 @@ public:
     ChangeRecorder& operator=(const ChangeRecorder&) = delete;
 
     [[nodiscard]] RowChanges changes();
-    // After an abort: nothing happened.
-    void forget() { rows_.clear(); }
 
 private:
-    struct Before {
-        bool existed = false;
-        std::unique_ptr<Geometry> shape; // only when shapes are kept
-    };
     void note(EditedTable& table, ObjectId id, const EditedRow& next);
+    void addChanged(ObjectId id, RowChanges& changes) const;
+    void addShapeAfter(const FeatureRecord& record, RowChanges& changes) const;
 
     OverlayWorkspace& workspace_;
     OverlayClass& class_;
     bool keepShapes_;
-    std::map<ObjectId, Before> rows_;
+    // In the order of the writes. A large run writes millions of rows: no more than the id is kept of each.
+    std::vector<ObjectId> added_;
+    std::vector<ObjectId> changed_;                            // some of them added before
+    std::map<ObjectId, std::optional<Geometry>> shapesBefore_; // when shapes are kept
 };
 
 } // namespace qz

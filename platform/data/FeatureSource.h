@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/data/FieldValues.h"
 #include "platform/data/Schema.h"
 
 namespace qz {
@@ -15,7 +16,7 @@ namespace qz {
 struct FeatureRecord {
     ObjectId id = 0;
     std::optional<Geometry> shape; // nothing: a null shape
-    std::vector<Value> values;     // one a field; null for the object id and the shape
+    FieldValues values;            // one a field; null for the object id and the shape
 };
 using RecordPtr = std::shared_ptr<const FeatureRecord>;
 

@@ -11,20 +11,23 @@ namespace qz {
 
 using ObjectId = std::int64_t;
 
-// A calendar date with the time of day, as a store keeps it; no time zone is applied.
+// A calendar date with the time of day, as a store keeps it; no time zone is applied. No larger than a text: it must
+// not make every value of every row larger.
 struct DateTime {
     int year = 0;
     int month = 1; // 1 to 12
     int day = 1;   // 1 to 31
     int hour = 0;
     int minute = 0;
-    double second = 0; // [0, 60)
     // OGR's code of the time zone: 0 unknown, 1 local, 100 UTC, a quarter of an hour a step around 100.
     int timeZone = 0;
+    double second = 0; // [0, 60)
 
     friend bool operator==(const DateTime&, const DateTime&) = default;
     friend auto operator<=>(const DateTime&, const DateTime&) = default;
 };
+
+static_assert(sizeof(DateTime) <= sizeof(std::string));
 
 using Blob = std::vector<std::uint8_t>;
 

@@ -67,7 +67,7 @@ void makeLayer(const std::string& path, const Format& format) {
 }
 
 int generationOf(const FeatureRecord& record) {
-    return std::get<std::int32_t>(record.values.at(2));
+    return std::get<std::int32_t>(record.values[2]);
 }
 
 ChangeSet nextGeneration(FeatureSource& roads) {

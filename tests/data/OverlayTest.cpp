@@ -86,6 +86,35 @@ TEST(Overlay, OperationsAreUndoneAndRedoneWhole) {
     EXPECT_FALSE(data.workspace->redo()) << "a new operation clears redo";
 }
 
+// The same row between writes to another table: what it was first is what undo gives back.
+TEST(Overlay, OperationsOnTwoTablesAreUndoneAndRedoneWhole) {
+    auto store = std::make_unique<MemoryStore>();
+    for (const char* name : {"roads", "rails"}) {
+        Schema schema = test::roadSchema();
+        schema.name = name;
+        store->addTable(std::move(schema)).add(geometryFromWkt(east));
+    }
+    OverlayWorkspace workspace(std::move(store));
+    FeatureClass& roads = *workspace.table("roads");
+    FeatureClass& rails = *workspace.table("rails");
+    const auto states = [&] { return toWkt(*roads.feature(1)->shape()) + toWkt(*rails.feature(1)->shape()); };
+    const std::string before = states();
+    workspace.startEditing();
+    workspace.startEditOperation();
+    setShape(roads, 1, north);
+    setShape(rails, 1, far);
+    setShape(roads, 1, far);
+    setShape(rails, 1, north);
+    workspace.stopEditOperation();
+    const std::string after = states();
+    EXPECT_TRUE(workspace.undo());
+    EXPECT_EQ(states(), before);
+    EXPECT_TRUE(workspace.redo());
+    EXPECT_EQ(states(), after);
+    EXPECT_TRUE(workspace.undo());
+    EXPECT_EQ(states(), before);
+}
+
 TEST(Overlay, AbortTakesBackAllAndIdsAreNeverReused) {
     MemoryData data;
     const ObjectId row = data.add(east);

@@ -62,7 +62,6 @@ RecordPtr Draft::settle() {
 std::shared_ptr<FeatureRecord> freshRecord(const Schema& schema, ObjectId id) {
     auto record = std::make_shared<FeatureRecord>();
     record->id = id;
-    record->values.reserve(schema.fields.size());
     for (const Field& field : schema.fields) {
         record->values.push_back(freshValue(field));
     }

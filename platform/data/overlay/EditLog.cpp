@@ -10,7 +10,11 @@ void EditLog::begin() {
 }
 
 void EditLog::apply(EditedTable& table, ObjectId id, std::optional<EditedRow> state) {
-    open_->push_back({&table, id, exchange(table, id, std::move(state))});
+    std::unique_ptr<EditedRow> before = exchange(table, id, std::move(state));
+    if (open_->empty() || open_->back().table != &table) {
+        open_->push_back({&table, {}});
+    }
+    open_->back().steps.push_back({id, std::move(before)});
 }
 
 bool EditLog::commit() {
@@ -59,23 +63,27 @@ std::unique_ptr<EditedRow> EditLog::exchange(EditedTable& table, ObjectId id, st
     return before ? std::make_unique<EditedRow>(std::move(*before)) : nullptr;
 }
 
-void EditLog::swapState(Step& step) {
+void EditLog::swapState(EditedTable& table, Step& step) {
     std::optional<EditedRow> state;
     if (step.otherState) {
         state = std::move(*step.otherState);
     }
-    step.otherState = exchange(*step.table, step.id, std::move(state));
+    step.otherState = exchange(table, step.id, std::move(state));
 }
 
 void EditLog::rollBack(Operation& operation) {
-    for (Step& step : operation | std::views::reverse) {
-        swapState(step);
+    for (TableSteps& part : operation | std::views::reverse) {
+        for (Step& step : part.steps | std::views::reverse) {
+            swapState(*part.table, step);
+        }
     }
 }
 
 void EditLog::rollForward(Operation& operation) {
-    for (Step& step : operation) {
-        swapState(step);
+    for (TableSteps& part : operation) {
+        for (Step& step : part.steps) {
+            swapState(*part.table, step);
+        }
     }
 }
 

@@ -28,17 +28,21 @@ public:
 
 private:
     struct Step {
-        EditedTable* table;
         ObjectId id;
         // Before the step, or after it when the step is undone; nothing: as stored. Apart, since most steps of large
         // operations add rows.
         std::unique_ptr<EditedRow> otherState;
     };
-    using Operation = std::vector<Step>;
+    // Steps on one table that follow each other.
+    struct TableSteps {
+        EditedTable* table;
+        std::vector<Step> steps;
+    };
+    using Operation = std::vector<TableSteps>;
 
     [[nodiscard]] static std::unique_ptr<EditedRow> exchange(EditedTable& table, ObjectId id,
                                                              std::optional<EditedRow> state);
-    static void swapState(Step& step);
+    static void swapState(EditedTable& table, Step& step);
     static void rollBack(Operation& operation);
     static void rollForward(Operation& operation);
 

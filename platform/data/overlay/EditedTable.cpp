@@ -53,17 +53,16 @@ std::int64_t EditedTable::count() {
 
 Envelope EditedTable::extent() {
     Envelope extent = source_.extent();
-    for (const auto& [id, row] : edits_) {
+    edits_.forEach([&](ObjectId, const EditedRow& row) {
         if (row.record && row.record->shape) {
             extent.expandToInclude(row.record->shape->envelope());
         }
-    }
+    });
     return extent;
 }
 
 const EditedRow* EditedTable::edited(ObjectId id) const {
-    const auto found = edits_.find(id);
-    return found == edits_.end() ? nullptr : &found->second;
+    return edits_.find(id);
 }
 
 bool EditedTable::isDeleted(ObjectId id) const {
@@ -90,12 +89,11 @@ std::vector<RecordPtr> EditedTable::read(std::span<const ObjectId> ids) {
 
 std::vector<ObjectId> EditedTable::editedIds() const {
     std::vector<ObjectId> ids;
-    for (const auto& [id, row] : edits_) {
+    edits_.forEach([&](ObjectId id, const EditedRow& row) {
         if (row.record) {
             ids.push_back(id);
         }
-    }
-    std::sort(ids.begin(), ids.end());
+    });
     return ids;
 }
 
@@ -104,7 +102,7 @@ std::vector<ObjectId> EditedTable::mergedIds(std::vector<ObjectId> stored,
     if (edits_.empty()) {
         return stored;
     }
-    std::erase_if(stored, [this](ObjectId id) { return edits_.contains(id); });
+    std::erase_if(stored, [this](ObjectId id) { return edited(id) != nullptr; });
     std::vector<ObjectId> merged;
     merged.reserve(stored.size() + editedHits.size());
     std::merge(stored.begin(), stored.end(), editedHits.begin(), editedHits.end(), std::back_inserter(merged));
@@ -115,22 +113,26 @@ std::vector<ObjectId> EditedTable::allIds() {
     return mergedIds(source_.ids(), editedIds());
 }
 
-void EditedTable::updateIndex() {
-    for (const ObjectId id : notIndexed_) {
-        const EditedRow* row = edited(id);
-        const bool hasShape = row && row->record && row->record->shape;
-        if (hasShape) {
-            index_.insert(id, row->record->shape->envelope());
+EnvelopeIndex& EditedTable::updatedIndex() {
+    const auto enter = [this](ObjectId id, const EditedRow* row) {
+        if (row && row->record && row->record->shape) {
+            index_->insert(id, row->record->shape->envelope());
         } else {
-            index_.remove(id);
+            index_->remove(id);
         }
+    };
+    if (index_) {
+        std::ranges::for_each(notIndexed_, [&](ObjectId id) { enter(id, edited(id)); });
+    } else {
+        index_.emplace();
+        edits_.forEach([&](ObjectId id, const EditedRow& row) { enter(id, &row); });
     }
     notIndexed_.clear();
+    return *index_;
 }
 
 std::vector<ObjectId> EditedTable::idsIn(const Envelope& window) {
-    updateIndex();
-    return mergedIds(source_.idsIn(window), index_.query(window));
+    return mergedIds(source_.idsIn(window), updatedIndex().query(window));
 }
 
 std::vector<ObjectId> EditedTable::idsWhere(const std::string& condition) {
@@ -200,17 +202,11 @@ std::vector<ObjectId> EditedTable::select(const FeatureFilter& filter) {
 }
 
 std::optional<EditedRow> EditedTable::exchange(ObjectId id, std::optional<EditedRow> state) {
-    std::optional<EditedRow> before;
-    const auto found = edits_.find(id);
-    if (found != edits_.end()) {
-        before = std::move(found->second);
-    }
-    countDifference_ += countEffect(state) - countEffect(before);
-    notIndexed_.push_back(id);
-    if (state) {
-        edits_.insert_or_assign(id, std::move(*state));
-    } else if (found != edits_.end()) {
-        edits_.erase(found);
+    countDifference_ += countEffect(state);
+    std::optional<EditedRow> before = edits_.exchange(id, std::move(state));
+    countDifference_ -= countEffect(before);
+    if (index_) {
+        notIndexed_.push_back(id);
     }
     return before;
 }
@@ -228,41 +224,37 @@ TableChanges EditedTable::changes() const {
                          .inserts = {},
                          .updates = {},
                          .deletes = {},
-
                          .firstNewId = firstNewId_.value_or(nextId_),
                          .nextId = nextId_};
-    for (const auto& [id, row] : edits_) {
+    changes.inserts.reserve(static_cast<std::size_t>(nextId_ - changes.firstNewId));
+    edits_.forEach([&](ObjectId id, const EditedRow& row) {
         if (row.isNew) {
             if (row.record) {
                 changes.inserts.push_back(row.record);
             }
         } else if (row.record) {
-            changes.updates.push_back({row.record, row.shapeChanged, row.changedValues});
+            changes.updates.push_back(
+                {row.record, row.shapeChanged, row.changedValues ? *row.changedValues : std::vector<bool>()});
         } else {
             changes.deletes.push_back(id);
         }
-    }
-    std::sort(changes.inserts.begin(), changes.inserts.end(),
-              [](const RecordPtr& a, const RecordPtr& b) { return a->id < b->id; });
-    std::sort(changes.updates.begin(), changes.updates.end(),
-              [](const RecordChange& a, const RecordChange& b) { return a.record->id < b.record->id; });
-    std::sort(changes.deletes.begin(), changes.deletes.end());
+    });
     return changes;
 }
 
 void EditedTable::editsSaved() {
-    for (const auto& [id, row] : edits_) {
+    edits_.forEach([this](ObjectId id, const EditedRow& row) {
         if (!row.record) {
             savedDeletions_.insert(id);
         }
-    }
+    });
     ++storeRevision_;
     editsDiscarded();
 }
 
 void EditedTable::editsDiscarded() {
     edits_ = {};
-    index_ = {};
+    index_.reset();
     notIndexed_ = {};
     countDifference_ = 0;
     firstNewId_.reset();

@@ -3,23 +3,14 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "platform/data/FeatureClass.h"
-#include "platform/data/FeatureSource.h"
+#include "platform/data/overlay/EditedRows.h"
 #include "platform/geometry/EnvelopeIndex.h"
 
 namespace qz {
-
-// What an edit session made of one row of the store.
-struct EditedRow {
-    RecordPtr record; // nothing: deleted
-    bool isNew = false;
-    bool shapeChanged = false;
-    std::vector<bool> changedValues; // one a field, or empty when none changed
-};
 
 // A stored table with the edits of the open session merged into every read. Memory grows with the edits.
 class EditedTable {
@@ -67,13 +58,13 @@ private:
                                                 const std::vector<ObjectId>& ids);
     // Ascending ids of the rows that were changed or added.
     [[nodiscard]] std::vector<ObjectId> editedIds() const;
-    void updateIndex();
+    [[nodiscard]] EnvelopeIndex& updatedIndex();
 
     FeatureSource& source_;
-    std::unordered_map<ObjectId, EditedRow> edits_;
+    EditedRows edits_;
     std::unordered_set<ObjectId> savedDeletions_;
-    EnvelopeIndex index_;
-    std::vector<ObjectId> notIndexed_; // edited since the index was last asked
+    std::optional<EnvelopeIndex> index_; // of the edited rows; nothing until it is asked
+    std::vector<ObjectId> notIndexed_;   // edited since it was last asked
     std::int64_t countDifference_ = 0;
     std::optional<ObjectId> firstNewId_; // of the store; asked for with the first new row
     ObjectId nextId_ = 0;

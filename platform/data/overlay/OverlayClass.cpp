@@ -1,5 +1,8 @@
 #include "platform/data/overlay/OverlayClass.h"
 
+#include <algorithm>
+#include <functional>
+
 #include <fmt/format.h>
 
 #include "platform/data/overlay/OverlayCursor.h"
@@ -8,14 +11,13 @@ namespace qz {
 
 namespace {
 
-void addChanges(std::vector<bool>& all, const std::vector<bool>& more) {
-    if (all.empty()) {
-        all = more;
-        return;
+// Nothing when none changed.
+std::unique_ptr<const std::vector<bool>> changedInAll(const EditedRow* before, std::vector<bool> since) {
+    if (before && before->changedValues) {
+        since.resize(before->changedValues->size());
+        std::transform(since.begin(), since.end(), before->changedValues->begin(), since.begin(), std::logical_or());
     }
-    for (std::size_t i = 0; i < more.size(); ++i) {
-        all[i] = all[i] || more[i];
-    }
+    return since.empty() ? nullptr : std::make_unique<const std::vector<bool>>(std::move(since));
 }
 
 } // namespace
@@ -63,19 +65,18 @@ void OverlayClass::storeRow(Draft& draft) {
     if (table_.isDeleted(id)) {
         throw PlatformError(fmt::format("The feature {} of {} was deleted.", id, schema().name));
     }
-    EditedRow state;
-    if (const EditedRow* before = table_.edited(id)) {
-        state = *before;
-    }
-    state.shapeChanged = state.shapeChanged || draft.shapeChanged();
-    addChanges(state.changedValues, draft.changedValues());
+    const EditedRow* before = table_.edited(id);
+    EditedRow state{.record = nullptr,
+                    .changedValues = changedInAll(before, draft.changedValues()),
+                    .isNew = before && before->isNew,
+                    .shapeChanged = draft.shapeChanged() || (before && before->shapeChanged)};
     state.record = draft.settle();
     table_.source().checkStorable(*state.record);
     workspace_.write(table_, id, std::move(state));
 }
 
 void OverlayClass::insertRow(Draft& draft) {
-    EditedRow state{.record = draft.settle(), .isNew = true, .shapeChanged = true, .changedValues = {}};
+    EditedRow state{.record = draft.settle(), .changedValues = nullptr, .isNew = true, .shapeChanged = true};
     table_.source().checkStorable(*state.record);
     workspace_.write(table_, draft.id(), std::move(state));
 }
@@ -85,8 +86,9 @@ void OverlayClass::deleteRow(ObjectId id) {
         throw PlatformError(fmt::format("The feature {} of {} was deleted already.", id, schema().name));
     }
     const EditedRow* before = table_.edited(id);
-    workspace_.write(table_, id,
-                     {.record = nullptr, .isNew = before && before->isNew, .shapeChanged = false, .changedValues = {}});
+    workspace_.write(
+        table_, id,
+        {.record = nullptr, .changedValues = nullptr, .isNew = before && before->isNew, .shapeChanged = false});
     settleDirectWrites();
 }
 

@@ -40,8 +40,8 @@ Value limit(const OGRField& raw, OGRFieldType type) {
                         .day = raw.Date.Day,
                         .hour = raw.Date.Hour,
                         .minute = raw.Date.Minute,
-                        .second = static_cast<double>(raw.Date.Second),
-                        .timeZone = raw.Date.TZFlag};
+                        .timeZone = raw.Date.TZFlag,
+                        .second = static_cast<double>(raw.Date.Second)};
     default:
         return {};
     }

@@ -38,8 +38,8 @@ DateTime oneSecondEarlier(const DateTime& date) {
             .day = static_cast<int>(static_cast<unsigned>(date2.day())),
             .hour = static_cast<int>(time.hours().count()),
             .minute = static_cast<int>(time.minutes().count()),
-            .second = static_cast<double>(time.seconds().count()),
-            .timeZone = date.timeZone};
+            .timeZone = date.timeZone,
+            .second = static_cast<double>(time.seconds().count())};
 }
 
 Value blobValue(const OGRFeature& feature, int index) {
