@@ -22,7 +22,14 @@ public:
     // The items along the curve that fills the tree: neighbours in it are neighbours on the map.
     [[nodiscard]] std::span<const std::uint32_t> alongCurve() const noexcept { return items_; }
     // Calls `found(index into the given span)` for every envelope that intersects the window, in no particular order.
-    template <typename Found> void query(const Envelope& window, Found found) const;
+    template <typename Found> void query(const Envelope& window, Found found) const {
+        (void)queryWhile(window, [&found](std::size_t index) {
+            found(index);
+            return true;
+        });
+    }
+    // The same until `goesOn(index)` gives false; whether it never did.
+    template <typename GoesOn> bool queryWhile(const Envelope& window, GoesOn goesOn) const;
 
 private:
     static constexpr std::size_t nodeSize = 16;
@@ -70,13 +77,13 @@ private:
     std::size_t entries_ = 0;   // in `recent_` and `runs_`, those that no longer count included
 };
 
-template <typename Found> void PackedEnvelopeTree::query(const Envelope& window, Found found) const {
+template <typename GoesOn> bool PackedEnvelopeTree::queryWhile(const Envelope& window, GoesOn goesOn) const {
     struct Range {
         std::size_t level;
         std::size_t first;
     };
     if (levels_.empty()) {
-        return;
+        return true;
     }
     std::array<Range, maximumLevels * nodeSize> pending;
     std::size_t count = 0;
@@ -89,13 +96,14 @@ template <typename Found> void PackedEnvelopeTree::query(const Envelope& window,
             if (!level[i].intersects(window)) {
                 continue;
             }
-            if (range.level == 0) {
-                found(static_cast<std::size_t>(items_[i]));
-            } else {
+            if (range.level > 0) {
                 pending[count++] = {range.level - 1, i * nodeSize};
+            } else if (!goesOn(static_cast<std::size_t>(items_[i]))) {
+                return false;
             }
         }
     }
+    return true;
 }
 
 } // namespace qz

@@ -34,7 +34,8 @@ public:
     Noder(std::span<const Path* const> paths, const ContactTolerance& tolerance)
         : paths_(paths), tolerance_(tolerance), chains_(paths), nodes_(paths.size()) {}
 
-    std::vector<std::vector<Node>> run();
+    // Of the first paths only, among themselves and with the others.
+    std::vector<std::vector<Node>> run(std::size_t firstPaths);
     // Nothing when that can't be told from so many pairs of segments with close envelopes.
     [[nodiscard]] std::optional<bool> findsNone(std::size_t maximumPairs);
 
@@ -54,11 +55,14 @@ private:
     bool foundAny_ = false;
 };
 
-std::vector<std::vector<Node>> Noder::run() {
-    chains_.forEachClosePair(tolerance_.endDistance, [this](const SegmentChain& a, const SegmentChain& b) {
-        meet(a, b);
-        return true;
-    });
+std::vector<std::vector<Node>> Noder::run(std::size_t firstPaths) {
+    chains_.forEachClosePair(
+        tolerance_.endDistance, [firstPaths](std::size_t path) { return path < firstPaths; },
+        [this](const SegmentChain& a, const SegmentChain& b) {
+            meet(a, b);
+            return true;
+        });
+    nodes_.resize(firstPaths);
     for (std::vector<Node>& nodes : nodes_) {
         std::ranges::sort(nodes, [](const Node& a, const Node& b) { return sortKey(a) < sortKey(b); });
         nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
@@ -192,7 +196,12 @@ const Node* NodeWalk::nextInside(std::size_t segment) {
 }
 
 std::vector<std::vector<Node>> nodesOf(std::span<const Path* const> paths, const ContactTolerance& tolerance) {
-    return Noder(paths, tolerance).run();
+    return Noder(paths, tolerance).run(paths.size());
+}
+
+std::vector<std::vector<Node>> nodesOfFirst(std::size_t count, std::span<const Path* const> paths,
+                                            const ContactTolerance& tolerance) {
+    return Noder(paths, tolerance).run(count);
 }
 
 bool meetNowhere(std::span<const Path* const> paths) {
@@ -200,7 +209,7 @@ bool meetNowhere(std::span<const Path* const> paths) {
     const std::size_t maximumPairs =
         asSweep ? pairsThatCostASweep * vertexCountOf(paths) : std::numeric_limits<std::size_t>::max();
     const std::optional<bool> none = Noder(paths, {}).findsNone(maximumPairs);
-    return none ? *none : surroundingRings(paths).has_value();
+    return none ? *none : ringPlaces(paths).has_value();
 }
 
 std::vector<const Path*> pathsOf(const Geometry& geometry) {

@@ -40,6 +40,9 @@ struct Node {
 // Tests of the ends' distance are made between different paths only.
 [[nodiscard]] std::vector<std::vector<Node>> nodesOf(std::span<const Path* const> paths,
                                                      const ContactTolerance& tolerance = {});
+// The same of the first paths only; what the others have among themselves costs nothing.
+[[nodiscard]] std::vector<std::vector<Node>> nodesOfFirst(std::size_t count, std::span<const Path* const> paths,
+                                                          const ContactTolerance& tolerance);
 
 // Whether there are no nodes at all: for rings, that each is simple and that they are apart. Ends at the first. Of
 // rings without arcs also in near-linear time where their segments are long for the whole.

@@ -83,9 +83,9 @@ class RingSweep {
 public:
     explicit RingSweep(std::span<const Path* const> rings)
         : vertices_(rings), active_(IsBelow(vertices_, anyMet_)), positions_(vertices_.places.size(), active_.end()),
-          surrounding_(rings.size(), noRing), isSeen_(rings.size()), isCounterClockwise_(rings.size()) {}
+          ringPlaces_(rings.size()), isSeen_(rings.size()), isCounterClockwise_(rings.size()) {}
 
-    std::optional<std::vector<std::size_t>> run();
+    std::optional<std::vector<RingPlace>> run();
 
 private:
     using Active = std::set<ActiveEdge, IsBelow>;
@@ -106,7 +106,7 @@ private:
     bool anyMet_ = false;
     Active active_;
     std::vector<Active::iterator> positions_; // by edge
-    std::vector<std::size_t> surrounding_;
+    std::vector<RingPlace> ringPlaces_;
     std::vector<bool> isSeen_;
     std::vector<bool> isCounterClockwise_;
 };
@@ -122,12 +122,12 @@ std::vector<std::uint32_t> RingSweep::alongSweep() {
     return order;
 }
 
-std::optional<std::vector<std::size_t>> RingSweep::run() {
+std::optional<std::vector<RingPlace>> RingSweep::run() {
     const std::vector<std::uint32_t> order = alongSweep();
     for (std::size_t i = 0; i < order.size() && !anyMet_; ++i) {
         pass(order[i]);
     }
-    return anyMet_ ? std::nullopt : std::optional(std::move(surrounding_));
+    return anyMet_ ? std::nullopt : std::optional(std::move(ringPlaces_));
 }
 
 void RingSweep::pass(std::uint32_t vertex) {
@@ -188,8 +188,9 @@ void RingSweep::placeRing(Active::iterator lowest) {
     isCounterClockwise_[ring] = vertices_.ascends(lowest->edge);
     if (lowest != active_.begin()) {
         const std::uint32_t below = std::prev(lowest)->edge;
-        const std::uint32_t other = vertices_.ring[below];
-        surrounding_[ring] = isInsideAbove(below) ? other : surrounding_[other];
+        const std::size_t other = vertices_.ring[below];
+        const RingPlace& beside = ringPlaces_[other];
+        ringPlaces_[ring] = isInsideAbove(below) ? RingPlace{other, beside.depth + 1} : beside;
     }
 }
 
@@ -237,7 +238,7 @@ bool canBeSwept(const Path& ring) {
            std::ranges::adjacent_find(ring.xy()) == ring.xy().end();
 }
 
-std::optional<std::vector<std::size_t>> surroundingRings(std::span<const Path* const> rings) {
+std::optional<std::vector<RingPlace>> ringPlaces(std::span<const Path* const> rings) {
     return RingSweep(rings).run();
 }
 

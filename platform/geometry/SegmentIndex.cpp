@@ -75,20 +75,36 @@ SegmentIndex::SegmentIndex(const Geometry& geometry) : segments_(segmentsOf(geom
 }
 
 bool SegmentIndex::isWithin(double distance, const Segment& segment) const {
-    bool within = false;
-    tree_.query(envelopeOf(segment).expandedBy(distance, distance),
-                [&](std::size_t index) { within = within || distanceBetween(segments_[index], segment) <= distance; });
-    return within;
+    return !tree_.queryWhile(envelopeOf(segment).expandedBy(distance, distance), [&](std::size_t index) {
+        return !(distanceBetween(segments_[index], segment) <= distance);
+    });
 }
 
 bool SegmentIndex::isWithin(double distance, const Geometry& other) const {
-    bool anyNear = false;
-    tree_.query(other.envelope().expandedBy(distance, distance), [&anyNear](std::size_t) { anyNear = true; });
-    if (!anyNear) {
-        return false;
-    }
     const std::vector<Segment> segments = segmentsOf(other);
     return std::ranges::any_of(segments, [&](const Segment& segment) { return isWithin(distance, segment); });
+}
+
+bool SegmentIndex::isClearOf(const Envelope& window) const {
+    return tree_.queryWhile(window, [](std::size_t) { return false; });
+}
+
+std::vector<Path> SegmentIndex::linesIn(const Envelope& window) const {
+    std::vector<std::size_t> indexes;
+    tree_.query(window, [&indexes](std::size_t index) { indexes.push_back(index); });
+    std::ranges::sort(indexes);
+    std::vector<std::vector<XY>> lines;
+    for (std::size_t i = 0; i < indexes.size(); ++i) {
+        const Segment& segment = segments_[indexes[i]];
+        const bool goesOn = i > 0 && indexes[i - 1] + 1 == indexes[i] && lines.back().back() == segment.start;
+        if (!goesOn) {
+            lines.push_back({segment.start});
+        }
+        lines.back().push_back(segment.end);
+    }
+    std::vector<Path> paths;
+    std::ranges::transform(lines, std::back_inserter(paths), [](std::vector<XY>& xy) { return Path(std::move(xy)); });
+    return paths;
 }
 
 } // namespace qz

@@ -28,6 +28,10 @@ public:
     // Whether a point, line or ring of `other`, which has no arcs, comes that close; exactly that distance included.
     [[nodiscard]] bool isWithin(double distance, const Geometry& other) const;
     [[nodiscard]] bool isWithin(double distance, const Segment& segment) const;
+    // Whether not even the envelope of a segment meets the window.
+    [[nodiscard]] bool isClearOf(const Envelope& window) const;
+    // The segments whose envelopes meet the window, joined where one goes on where the one before it ends.
+    [[nodiscard]] std::vector<Path> linesIn(const Envelope& window) const;
 
 private:
     std::vector<Segment> segments_;

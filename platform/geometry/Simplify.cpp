@@ -4,6 +4,7 @@
 #include <deque>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -13,6 +14,7 @@
 #include "platform/geometry/PathMerging.h"
 #include "platform/geometry/PlanarEdges.h"
 #include "platform/geometry/PolygonAssembly.h"
+#include "platform/geometry/RingNesting.h"
 
 namespace qz {
 
@@ -70,6 +72,30 @@ std::vector<FaceGraph::Face> enclosedArea(std::span<const Path> paths) {
         isInside.push_back(depth % 2 == 1);
     }
     return graph.unionOf(isInside);
+}
+
+// The same for rings that meet nowhere; nothing for others. From outside inward they bound areas and holes in turn.
+std::optional<std::vector<FaceGraph::Face>> areaOfRingsApart(std::span<const Path* const> rings) {
+    const bool canSweep = std::ranges::all_of(rings, [](const Path* ring) { return canBeSwept(*ring); });
+    const auto places = canSweep ? ringPlaces(rings) : std::nullopt;
+    if (!places) {
+        return std::nullopt;
+    }
+    const auto isHole = [&places](std::size_t ring) { return (*places)[ring].depth % 2 == 1; };
+    std::vector<FaceGraph::Face> parts;
+    std::vector<std::size_t> partOf(rings.size());
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        if (!isHole(i)) {
+            partOf[i] = parts.size();
+            parts.push_back({*rings[i]});
+        }
+    }
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        if (isHole(i)) {
+            parts[partOf[(*places)[i].surrounding]].push_back(*rings[i]);
+        }
+    }
+    return parts;
 }
 
 using Places = std::unordered_set<XY, XYHash>;
@@ -169,6 +195,9 @@ Polygon simplified(const Polygon& polygon) {
     const Geometry original(polygon);
     const Geometry* const operands[] = {&original};
     const CurveSources sources(operands);
+    if (auto parts = areaOfRingsApart(pathsOf(sources.stroked(0)))) {
+        return assemblePolygon(std::move(*parts), sources, polygon);
+    }
     const NodedPaths noded = fullyNoded(sources.stroked(0).as<Polygon>().rings);
     return assemblePolygon(enclosedArea(noded.paths), sources, polygon);
 }

@@ -161,6 +161,23 @@ TEST(Noding, FindsWhatADoubleLoopFinds) {
     EXPECT_GT(total, 5000u);
 }
 
+TEST(Noding, FindsTheSameForSomeOfThePaths) {
+    std::mt19937 random(19);
+    std::size_t found = 0;
+    for (int round = 0; round < 50; ++round) {
+        const Polygon one = randomScribble(random, round % 2 == 0, round % 3 == 0);
+        const Polygon other = randomScribble(random, round % 2 == 0, round % 3 == 0);
+        std::vector<Path> paths = one.rings;
+        paths.insert(paths.end(), other.rings.begin(), other.rings.end());
+        const ContactTolerance tolerance{.endDistance = 0.001};
+        auto all = nodesOf(refs(paths), tolerance);
+        all.resize(one.rings.size());
+        EXPECT_EQ(nodesOfFirst(one.rings.size(), refs(paths), tolerance), all);
+        found += all[0].size();
+    }
+    EXPECT_GT(found, 200u);
+}
+
 TEST(Noding, PutsTheSameBitsOnBothPathsAndOnTheirSegments) {
     std::mt19937 random(11);
     std::size_t total = 0;

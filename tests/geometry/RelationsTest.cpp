@@ -1,10 +1,15 @@
 #include <cmath>
+#include <map>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "platform/geometry/Measures.h"
 #include "platform/geometry/Relations.h"
+#include "platform/geometry/SetOperations.h"
 #include "platform/geometry/WellKnown.h"
+#include "tests/geometry/RandomShapes.h"
 
 namespace qz {
 namespace {
@@ -133,6 +138,40 @@ TEST(Relations, OneSearchGeometryServesManyTests) {
         }
     }
     EXPECT_GT(within, 7000);
+}
+
+// Their outlines meet within the tolerance almost only where they cross.
+std::string relationsBySharedArea(const Polygon& tested, const Polygon& search) {
+    const double common = area(intersection(tested, search, ResultDimension::areas).as<Polygon>());
+    const double rest = area(difference(tested, search).as<Polygon>());
+    const double restOfSearch = area(difference(search, tested).as<Polygon>());
+    if (common == 0) {
+        return "";
+    }
+    return rest == 0 ? "IW" : (restOfSearch == 0 ? "IC" : "IO");
+}
+
+TEST(Relations, OfAreasFollowFromWhatTheyShare) {
+    std::mt19937 random(31);
+    const Polygon search = randomStar(random, {{50, 50}, 50}, 60, true, false);
+    const ShapeFrame island{{50, 50}, 8};
+    Polygon withIsland = search;
+    withIsland.rings.push_back(randomStarRing(random, island, 9, 1, false));
+    std::uniform_real_distribution<double> place(-10, 110);
+    std::uniform_real_distribution<double> size(0.5, 12);
+    std::map<std::string, int> counts;
+    for (int i = 0; i < 600; ++i) {
+        const XY at{place(random), place(random)};
+        const double side = i % 40 == 0 ? 200 : (i % 40 == 1 ? 25 : size(random));
+        const XY corner = side > 20 ? XY{50 - side / 2, 50 - side / 2} : at;
+        const Polygon tested = rectangle({corner.x, corner.y, corner.x + side, corner.y + side}, {});
+        const std::string expected = relationsBySharedArea(tested, withIsland);
+        EXPECT_EQ(relations(tested, withIsland), expected) << toWkt(tested);
+        ++counts[expected];
+    }
+    for (const char* kind : {"", "IW", "IC", "IO"}) {
+        EXPECT_GT(counts[kind], 10) << kind;
+    }
 }
 
 TEST(Relations, RefuseCoordinatesThatAreNotFinite) {

@@ -74,5 +74,29 @@ TEST(SegmentIndex, CountsAreasByTheirRings) {
     EXPECT_FALSE(SegmentIndex(geometryFromWkt("POLYGON EMPTY")).isWithin(5, geometryFromWkt("POINT (5 5)")));
 }
 
+TEST(SegmentIndex, GivesTheLinesInAWindow) {
+    const Geometry lines = geometryFromWkt("MULTILINESTRING ((0 0,4 0,4 4,0 4,0 8),(0 8,9 8))");
+    const struct {
+        const char* name;
+        Envelope window;
+        const char* lines;
+    } rows[] = {
+        {"nothing", {1, 1, 3, 3}, "MULTILINESTRING EMPTY"},
+        {"one segment", {2, -1, 3, 1}, "LINESTRING (0 0,4 0)"},
+        {"neighbours", {3, 3, 5, 5}, "LINESTRING (4 0,4 4,0 4)"},
+        {"two that are not neighbours", {1, -1, 2, 5}, "MULTILINESTRING ((0 0,4 0),(4 4,0 4))"},
+        {"touched only", {9, 8, 10, 10}, "LINESTRING (0 8,9 8)"},
+        {"all", {0, 0, 9, 9}, "LINESTRING (0 0,4 0,4 4,0 4,0 8,9 8)"},
+    };
+    const SegmentIndex index(lines);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Polyline found;
+        found.paths = index.linesIn(row.window);
+        EXPECT_EQ(toWkt(found), toWkt(geometryFromWkt(row.lines)));
+        EXPECT_EQ(index.isClearOf(row.window), found.paths.empty());
+    }
+}
+
 } // namespace
 } // namespace qz

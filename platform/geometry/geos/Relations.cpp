@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <span>
 
 #include "platform/geometry/Noding.h"
@@ -99,22 +100,19 @@ bool relates(SpatialRelation relation, const GEOSGeometry* tested, const GEOSGeo
     return false;
 }
 
-// How the lines and outlines of two geometries meet; none of the crossings is within the tolerance of a vertex.
+// How the lines and outlines of two geometries that both have some meet; none of the crossings is within the tolerance
+// of a vertex.
 struct OutlineMeetings {
     bool anyCrossing = false;
     bool onlyCrossings = false;
 };
 
-OutlineMeetings meetingsOf(const Geometry& a, const Geometry& b, double tolerance) {
-    std::vector<const Path*> paths = pathsOf(a);
+OutlineMeetings meetingsOf(const Geometry& tested, std::span<const Path> outline, double tolerance) {
+    std::vector<const Path*> paths = pathsOf(tested);
     const std::size_t own = paths.size();
-    std::ranges::copy(pathsOf(b), std::back_inserter(paths));
-    if (own == 0 || own == paths.size()) {
-        return {};
-    }
-    const auto nodes = nodesOf(paths, {.endDistance = tolerance});
+    std::ranges::transform(outline, std::back_inserter(paths), [](const Path& path) { return &path; });
     OutlineMeetings meetings{false, true};
-    for (const std::vector<Node>& ofPath : std::span(nodes).first(own)) {
+    for (const std::vector<Node>& ofPath : nodesOfFirst(own, paths, {.endDistance = tolerance})) {
         for (const Node& node : ofPath) {
             const bool crosses = node.kind == NodeKind::crossing;
             meetings.anyCrossing |= node.otherPath >= own && crosses;
@@ -137,6 +135,17 @@ bool hasArcs(const Geometry& geometry) {
     return polygon != nullptr && curved(polygon->rings);
 }
 
+// A vertex of a geometry; nothing when one of them isn't finite.
+std::optional<XY> placeOf(const Geometry& geometry) {
+    std::optional<XY> place;
+    bool areFinite = true;
+    forEachVertex(geometry, [&](const Vertex& vertex) {
+        place = vertex.xy();
+        areFinite = areFinite && isFinite(*place);
+    });
+    return areFinite ? place : std::nullopt;
+}
+
 bool asksForCommonPointOnly(SpatialRelation relation) {
     return relation == SpatialRelation::intersects || relation == SpatialRelation::notSet;
 }
@@ -148,6 +157,7 @@ struct PreparedRelation::Impl {
 
     [[nodiscard]] bool holdsFor(const Geometry& tested) const;
     [[nodiscard]] bool holdsForStraight(const Geometry& tested) const;
+    [[nodiscard]] bool isInside(XY place) const;
     [[nodiscard]] bool hasPartInside(const Geometry& tested) const;
     [[nodiscard]] bool relatesClear(const GEOSGeometry* tested) const;
     [[nodiscard]] bool relatesSnapped(const Geometry& tested, const GEOSGeometry* testedGeos) const;
@@ -184,7 +194,10 @@ bool PreparedRelation::Impl::relatesClear(const GEOSGeometry* tested) const {
 // Each of the two takes over the places of the other that are within the tolerance, so that a vertex on a slanted
 // segment, which is hardly ever exact, lies on it.
 bool PreparedRelation::Impl::relatesSnapped(const Geometry& tested, const GEOSGeometry* testedGeos) const {
-    const OutlineMeetings meetings = meetingsOf(tested, search, tolerance);
+    const Envelope window = tested.envelope().expandedBy(tolerance, tolerance);
+    const bool haveLines = !pathsOf(tested).empty() && !pathsOf(search).empty();
+    const OutlineMeetings meetings =
+        haveLines ? meetingsOf(tested, outline.linesIn(window), tolerance) : OutlineMeetings();
     if (meetings.anyCrossing && areAreas(tested, search)) {
         return relation ==
                SpatialRelation::overlaps; // around a crossing lie all four: in both, in one, in the other, in none
@@ -192,7 +205,6 @@ bool PreparedRelation::Impl::relatesSnapped(const Geometry& tested, const GEOSGe
     if (meetings.onlyCrossings) {
         return relates(relation, testedGeos, geos.get());
     }
-    const Envelope window = tested.envelope().expandedBy(tolerance, tolerance);
     const Multipoint ofSearch = placesNear(SegmentIndex(tested), tolerance, verticesIn(search, window));
     const GeosGeometryPtr snappedTested = snapped(testedGeos, ofSearch, tolerance);
     const Multipoint ofTested = placesNear(outline, tolerance, verticesOf(*snappedTested));
@@ -200,13 +212,26 @@ bool PreparedRelation::Impl::relatesSnapped(const Geometry& tested, const GEOSGe
 }
 
 bool PreparedRelation::Impl::holdsFor(const Geometry& tested) const {
-    if (!tested.envelope().expandedBy(tolerance, tolerance).intersects(envelope)) {
+    const Envelope window = tested.envelope().expandedBy(tolerance, tolerance);
+    if (!window.intersects(envelope)) {
         return false;
+    }
+    if (const auto place = outline.isClearOf(window) ? placeOf(tested) : std::nullopt) {
+        return (asksForCommonPointOnly(relation) || relation == SpatialRelation::within) && isInside(*place);
     }
     if (hasArcs(tested)) {
         return holdsForStraight(straightened(tested, tolerance / strokesPerTolerance));
     }
     return holdsForStraight(tested);
+}
+
+// For places that are not near the outline.
+bool PreparedRelation::Impl::isInside(XY place) const {
+    if (search.kind() != GeometryKind::polygon) {
+        return false;
+    }
+    const GeosGeometryPtr point = toGeos(Point({place.x, place.y}));
+    return answer(GEOSPreparedIntersects_r(handle(), prepared.get(), point.get()));
 }
 
 bool PreparedRelation::Impl::holdsForStraight(const Geometry& tested) const {
@@ -229,14 +254,8 @@ bool PreparedRelation::Impl::holdsForStraight(const Geometry& tested) const {
 // For geometries whose outlines are apart and that can't surround the search geometry: each of their paths lies inside
 // or outside as a whole.
 bool PreparedRelation::Impl::hasPartInside(const Geometry& tested) const {
-    return std::ranges::any_of(pathsOf(tested), [this](const Path* path) {
-        if (path->isEmpty()) {
-            return false;
-        }
-        const XY place = path->xy().front();
-        const GeosGeometryPtr point = toGeos(Point({place.x, place.y}));
-        return answer(GEOSPreparedIntersects_r(handle(), prepared.get(), point.get()));
-    });
+    return std::ranges::any_of(pathsOf(tested),
+                               [this](const Path* path) { return !path->isEmpty() && isInside(path->xy().front()); });
 }
 
 PreparedRelation::PreparedRelation(const Geometry& search, SpatialRelation relation)

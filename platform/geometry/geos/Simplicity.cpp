@@ -34,14 +34,14 @@ bool isProperRing(const Path& ring, double resolution) {
 
 // Of rings that meet nowhere: every hole directly in the exterior ring it follows, every exterior ring outside of all
 // areas.
-bool areInTheirPlaces(const std::vector<Path>& rings, const std::vector<std::size_t>& surrounding) {
+bool areInTheirPlaces(const std::vector<Path>& rings, const std::vector<RingPlace>& places) {
     std::vector<bool> areExterior;
     std::ranges::transform(rings, std::back_inserter(areExterior), isExterior);
     std::size_t exterior = 0;
     for (std::size_t i = 0; i < rings.size(); ++i) {
         exterior = areExterior[i] ? i : exterior;
-        const bool isInPlace =
-            areExterior[i] ? surrounding[i] == noRing || !areExterior[surrounding[i]] : surrounding[i] == exterior;
+        const std::size_t around = places[i].surrounding;
+        const bool isInPlace = areExterior[i] ? around == noRing || !areExterior[around] : around == exterior;
         if (!isInPlace) {
             return false;
         }
@@ -68,8 +68,8 @@ bool isSimple(const Polygon& polygon) {
         return true;
     }
     const Geometry straight = straightened(polygon, grid.xyTolerance / strokesPerTolerance);
-    if (const auto surrounding = surroundingRings(pathsOf(straight))) {
-        return areInTheirPlaces(straight.as<Polygon>().rings, *surrounding);
+    if (const auto places = ringPlaces(pathsOf(straight))) {
+        return areInTheirPlaces(straight.as<Polygon>().rings, *places);
     }
     return isValid(*toGeos(straight));
 }
