@@ -6,7 +6,6 @@
 #include "platform/geometry/CurvePosition.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Simplify.h"
-#include "platform/store/Stores.h"
 #include "polygon/QZChamfer.h"
 #include "polygon/QZSquarePolygon.h"
 #include "tests/polygon/CornerArea.h"
@@ -116,22 +115,14 @@ Counts workOn(FeatureClass& featureClass) {
 }
 
 TEST(RealCorners, AreCutAndSquared) {
-    const std::vector<std::string> paths = realDataSets();
-    if (paths.empty()) {
+    if (realDataSets().empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
-    for (const std::string& path : paths) {
-        OverlayWorkspace workspace(openStore(path, OpenMode::read), {.saveObserver = {}, .withholdSaves = true});
-        for (const std::string& name : workspace.tableNames()) {
-            FeatureClass& featureClass = *workspace.table(name);
-            if (featureClass.schema().shape && featureClass.schema().shape->kind == GeometryKind::polygon) {
-                SCOPED_TRACE(path + ", " + name);
-                const Counts counts = workOn(featureClass);
-                std::printf("%s, %s: %d corners cut, %d stayed, %d squared, %d not\n", path.c_str(), name.c_str(),
-                            counts.cut, counts.stayed, counts.squared, counts.notSquared);
-            }
-        }
-    }
+    forEachRealLayer(GeometryKind::polygon, [](FeatureClass& featureClass) {
+        const Counts counts = workOn(featureClass);
+        std::printf("%s: %d corners cut, %d stayed, %d squared, %d not\n", featureClass.schema().name.c_str(),
+                    counts.cut, counts.stayed, counts.squared, counts.notSquared);
+    });
 }
 
 } // namespace

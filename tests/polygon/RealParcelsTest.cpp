@@ -1,6 +1,5 @@
 // Cutting across the polygon layers of the folder that QZ_REAL_LAYERS names; nothing is saved.
 
-#include "platform/store/Stores.h"
 #include "polygon/QZSplitPolygon.h"
 #include "tests/polygon/Coverage.h"
 #include "tests/support/RealData.h"
@@ -51,21 +50,14 @@ std::int64_t cutAcross(FeatureClass& featureClass, const std::string& name) {
 }
 
 TEST(RealParcels, KeepTheirCoverageWhenCut) {
-    const std::vector<std::string> paths = realDataSets();
-    if (paths.empty()) {
+    if (realDataSets().empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
-    for (const std::string& path : paths) {
-        OverlayWorkspace workspace(openStore(path, OpenMode::read), {.saveObserver = {}, .withholdSaves = true});
-        for (const std::string& name : workspace.tableNames()) {
-            FeatureClass& featureClass = *workspace.table(name);
-            if (featureClass.schema().shape && featureClass.schema().shape->kind == GeometryKind::polygon) {
-                SCOPED_TRACE(path + ", " + name);
-                const std::int64_t added = cutAcross(featureClass, name);
-                std::printf("%s, %s: %lld pieces more\n", path.c_str(), name.c_str(), static_cast<long long>(added));
-            }
-        }
-    }
+    forEachRealLayer(GeometryKind::polygon, [](FeatureClass& featureClass) {
+        const std::string& name = featureClass.schema().name;
+        const std::int64_t added = cutAcross(featureClass, name);
+        std::printf("%s: %lld pieces more\n", name.c_str(), static_cast<long long>(added));
+    });
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "platform/geometry/Noding.h"
-#include "platform/store/Stores.h"
 #include "polygon/QZAddPolygon.h"
 #include "tests/polygon/Coverage.h"
 #include "tests/polygon/RandomSketches.h"
@@ -96,21 +95,14 @@ void sketchInto(FeatureClass& featureClass, const std::string& name) {
 }
 
 TEST(RealSketches, AddNoOverlapAndLoseNoArea) {
-    const std::vector<std::string> paths = realDataSets();
-    if (paths.empty()) {
+    if (realDataSets().empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
-    for (const std::string& path : paths) {
-        OverlayWorkspace workspace(openStore(path, OpenMode::read), {.saveObserver = {}, .withholdSaves = true});
-        for (const std::string& name : workspace.tableNames()) {
-            FeatureClass& featureClass = *workspace.table(name);
-            if (featureClass.schema().shape && featureClass.schema().shape->kind == GeometryKind::polygon &&
-                featureClass.count() > 0) {
-                SCOPED_TRACE(path + ", " + name);
-                sketchInto(featureClass, name);
-            }
+    forEachRealLayer(GeometryKind::polygon, [](FeatureClass& featureClass) {
+        if (featureClass.count() > 0) {
+            sketchInto(featureClass, featureClass.schema().name);
         }
-    }
+    });
 }
 
 } // namespace

@@ -12,7 +12,6 @@
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/Vectors.h"
-#include "platform/store/Stores.h"
 #include "polyline/QZIntersectSelected.h"
 #include "tests/support/RealData.h"
 #include "tests/support/StreetsFixture.h"
@@ -227,22 +226,15 @@ std::int64_t cutTwice(FeatureClass& source) {
 }
 
 TEST(RealStreets, AreNodedOnceAndForAll) {
-    const std::vector<std::string> paths = realDataSets();
-    if (paths.empty()) {
+    if (realDataSets().empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
     std::int64_t cuts = 0;
-    for (const std::string& path : paths) {
-        OverlayWorkspace workspace(openStore(path, OpenMode::read));
-        for (const std::string& name : workspace.tableNames()) {
-            FeatureClass& featureClass = *workspace.table(name);
-            const auto& shape = featureClass.schema().shape;
-            if (shape && shape->kind == GeometryKind::polyline && !shape->spatialReference.isUnknown()) {
-                SCOPED_TRACE(path + ", " + name);
-                cuts += cutTwice(featureClass);
-            }
+    forEachRealLayer(GeometryKind::polyline, [&cuts](FeatureClass& featureClass) {
+        if (!featureClass.spatialReference().isUnknown()) {
+            cuts += cutTwice(featureClass);
         }
-    }
+    });
     EXPECT_GT(cuts, 0) << "no line of the folder was cut";
 }
 

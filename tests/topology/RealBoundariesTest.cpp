@@ -4,7 +4,6 @@
 #include "platform/data/overlay/OverlayClass.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/PlanarEdges.h"
-#include "platform/store/Stores.h"
 #include "tests/support/RealData.h"
 #include "tests/topology/FacesOracle.h"
 
@@ -87,21 +86,13 @@ void expectRebuilt(FeatureClass& featureClass) {
 }
 
 TEST(RealBoundaries, GiveTheirFaces) {
-    const std::vector<std::string> paths = realDataSets();
-    if (paths.empty()) {
+    if (realDataSets().empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
-    for (const std::string& path : paths) {
-        OverlayWorkspace workspace(openStore(path, OpenMode::read), {.saveObserver = {}, .withholdSaves = true});
-        for (const std::string& name : workspace.tableNames()) {
-            FeatureClass& featureClass = *workspace.table(name);
-            if (featureClass.schema().shape && featureClass.schema().shape->kind == GeometryKind::polygon) {
-                SCOPED_TRACE(path + ", " + name);
-                std::printf("%s, %s: ", path.c_str(), name.c_str());
-                expectRebuilt(featureClass);
-            }
-        }
-    }
+    forEachRealLayer(GeometryKind::polygon, [](FeatureClass& featureClass) {
+        std::printf("%s: ", featureClass.schema().name.c_str());
+        expectRebuilt(featureClass);
+    });
 }
 
 } // namespace

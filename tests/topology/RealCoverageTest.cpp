@@ -1,6 +1,5 @@
 // Cleaning the polygon and line layers of the folder that QZ_REAL_LAYERS names; nothing is saved.
 
-#include "platform/store/Stores.h"
 #include "tests/polygon/Coverage.h"
 #include "tests/support/RealData.h"
 #include "tests/support/StreetsFixture.h"
@@ -49,20 +48,13 @@ void cleanTwice(OverlayWorkspace& workspace, FeatureClass& featureClass) {
 }
 
 TEST(RealCoverage, IsCleanAfterCleaning) {
-    const std::vector<std::string> paths = realDataSets();
-    if (paths.empty()) {
+    if (realDataSets().empty()) {
         GTEST_SKIP() << "QZ_REAL_LAYERS names no folder with layers.";
     }
-    for (const std::string& path : paths) {
-        OverlayWorkspace workspace(openStore(path, OpenMode::edit), {.saveObserver = {}, .withholdSaves = true});
-        for (const std::string& name : workspace.tableNames()) {
-            FeatureClass& featureClass = *workspace.table(name);
-            const auto& shape = featureClass.schema().shape;
-            if (shape && (shape->kind == GeometryKind::polygon || shape->kind == GeometryKind::polyline)) {
-                SCOPED_TRACE(path + ", " + name);
-                cleanTwice(workspace, featureClass);
-            }
-        }
+    for (const GeometryKind kind : {GeometryKind::polygon, GeometryKind::polyline}) {
+        forEachRealLayer(kind, [](FeatureClass& featureClass) {
+            cleanTwice(static_cast<OverlayWorkspace&>(featureClass.workspace()), featureClass);
+        });
     }
 }
 
