@@ -35,17 +35,57 @@ XY middleOf(const OffsetStretch& stretch, std::span<const ParallelCurve> curves)
     return CurveSegment(curves[stretch.curve].path, stretch.segment).at((stretch.from + stretch.to) / 2);
 }
 
-// Every segment of the curves as a line of its own, so that the ends of all are tested for being near to others.
+// The source and how near to it is too near.
+class Clearance {
+public:
+    Clearance(const Curve& source, double distance) : source_(source), index_(source), distance_(distance) {}
+
+    [[nodiscard]] bool isHeldAt(XY place) const { return !(index_.positionOf(place)->distanceFrom < distance_); }
+
+    // Whether no place of the segment holds it. Known for straight ones beside straight ones only: along them the
+    // distance to a segment of the source is largest at an end.
+    [[nodiscard]] bool isBrokenBy(const CurveSegment& segment) const {
+        if (segment.circle()) {
+            return false;
+        }
+        const CurvePosition position = *index_.positionOf(segment.at(0.5));
+        const CurveSegment nearest(source_.parts()[position.part], position.segment);
+        const auto isTooNear = [&](XY place) {
+            return nearest.squaredDistance(place, nearest.nearestRatio(place)) < distance_ * distance_;
+        };
+        return !nearest.circle() && isTooNear(segment.start()) && isTooNear(segment.end());
+    }
+
+private:
+    const Curve& source_;
+    CurveIndex index_;
+    double distance_;
+};
+
+bool isInside(const ParallelCurve& curve, std::size_t segment) {
+    return segment < curve.roles.size() && curve.roles[segment] == ParallelRole::inside;
+}
+
+// Beside a bend that is tighter than the distance neighbours don't meet. About its centre each would cross every other
+// one, though most are too near to the source as a whole.
+bool isBesideTightBend(const ParallelCurve& curve, std::size_t segment) {
+    return (segment > 0 && isInside(curve, segment - 1)) || isInside(curve, segment + 1);
+}
+
+// The segments of the curves that may bound something, as lines of their own, so that the ends of all are tested for
+// being near to others.
 struct SingleSegments {
     std::vector<Path> paths;
     std::vector<OffsetStretch> whole; // the segment of each path
 };
 
-SingleSegments singleSegments(std::span<const ParallelCurve> curves) {
+SingleSegments singleSegments(std::span<const ParallelCurve> curves, const Clearance& clearance) {
     SingleSegments singles;
     for (std::size_t i = 0; i < curves.size(); ++i) {
-        forEachSegment(curves[i].path, [&](std::size_t index, const CurveSegment& segment) {
-            if (!(segment.length() > 0)) {
+        const ParallelCurve& curve = curves[i];
+        forEachSegment(curve.path, [&](std::size_t index, const CurveSegment& segment) {
+            if (isInside(curve, index) || !(segment.length() > 0) ||
+                (isBesideTightBend(curve, index) && clearance.isBrokenBy(segment))) {
                 return;
             }
             Path& single = singles.paths.emplace_back(std::vector{segment.start()});
@@ -73,8 +113,7 @@ template <typename See> void forEachStretch(const OffsetStretch& whole, std::spa
     see(stretch);
 }
 
-std::vector<OffsetStretch> nodedStretches(std::span<const ParallelCurve> curves, double sameNode) {
-    const SingleSegments singles = singleSegments(curves);
+std::vector<OffsetStretch> nodedStretches(const SingleSegments& singles, double sameNode) {
     std::vector<const Path*> paths;
     std::ranges::transform(singles.paths, std::back_inserter(paths), [](const Path& path) { return &path; });
     const std::vector<std::vector<Node>> nodes = nodesOf(paths, {sameNode, sameNode});
@@ -92,6 +131,51 @@ std::vector<OffsetStretch> nodedStretches(std::span<const ParallelCurve> curves,
         });
     }
     return stretches;
+}
+
+// How many ends of stretches are at each place.
+class PlaceDegrees {
+public:
+    explicit PlaceDegrees(std::span<const OffsetStretch> stretches) {
+        places_.reserve(stretches.size() + 1);
+        for (const OffsetStretch& stretch : stretches) {
+            count(stretch.start);
+            count(stretch.end);
+        }
+    }
+
+    [[nodiscard]] std::size_t operator[](XY place) const { return degrees_[*places_.find(place)]; }
+
+private:
+    void count(XY place) {
+        const std::size_t number = places_.add(place);
+        degrees_.resize(places_.size());
+        ++degrees_[number];
+    }
+
+    PlaceNumbers places_;
+    std::vector<std::size_t> degrees_;
+};
+
+// Calls `see(run)` for stretches that follow each other with no other curve between: the distance from the source can
+// fall below that of the curves only where two of them meet, so that they are outer ones together.
+template <typename See> void forEachRun(std::span<const OffsetStretch> stretches, const See& see) {
+    const PlaceDegrees degrees(stretches);
+    for (std::size_t first = 0, end = 0; first < stretches.size(); first = end) {
+        const auto goesOn = [&](const OffsetStretch& before, const OffsetStretch& after) {
+            return before.curve == after.curve && before.end == after.start && degrees[after.start] == 2;
+        };
+        for (end = first + 1; end < stretches.size() && goesOn(stretches[end - 1], stretches[end]); ++end) {
+        }
+        see(stretches.subspan(first, end - first));
+    }
+}
+
+const OffsetStretch& longestOf(std::span<const OffsetStretch> run) {
+    return *std::ranges::max_element(run, {}, [](const OffsetStretch& stretch) {
+        const XY chord = stretch.end - stretch.start;
+        return dot(chord, chord);
+    });
 }
 
 using StretchTable = std::unordered_map<DirectedEdge, std::vector<std::size_t>, DirectedEdgeHash>;
@@ -216,13 +300,15 @@ private:
 
 std::vector<OffsetStretch> outerStretches(std::span<const ParallelCurve> curves, const Curve& source, double distance) {
     const double sameNode = sameNodeDistance(extentOf(source), distance);
-    const CurveIndex index(source);
-    std::vector<OffsetStretch> stretches = nodedStretches(curves, sameNode);
-    std::erase_if(stretches, [&](const OffsetStretch& stretch) {
-        return curves[stretch.curve].roles[stretch.segment] == ParallelRole::inside ||
-               index.positionOf(middleOf(stretch, curves))->distanceFrom < distance - sameNode;
+    const Clearance clearance(source, distance - sameNode);
+    std::vector<OffsetStretch> outer;
+    const std::vector<OffsetStretch> stretches = nodedStretches(singleSegments(curves, clearance), sameNode);
+    forEachRun(stretches, [&](std::span<const OffsetStretch> run) {
+        if (clearance.isHeldAt(middleOf(longestOf(run), curves))) {
+            outer.insert(outer.end(), run.begin(), run.end());
+        }
     });
-    return withoutRepeats(std::move(stretches), curves, directedEnds);
+    return withoutRepeats(std::move(outer), curves, directedEnds);
 }
 
 std::vector<OffsetStretch> withoutWaysBack(std::vector<OffsetStretch> stretches,

@@ -175,8 +175,10 @@ bool Path::settleSense(ArcSegment& arc) const {
 }
 
 void Path::settleArcs(std::size_t first, std::size_t last) {
-    std::erase_if(arcs_,
-                  [&](ArcSegment& arc) { return first <= arc.segment && arc.segment <= last && !settleSense(arc); });
+    const auto begin = std::ranges::lower_bound(arcs_, first, {}, &ArcSegment::segment);
+    const auto end = std::ranges::upper_bound(begin, arcs_.end(), last, {}, &ArcSegment::segment);
+    const auto flat = std::remove_if(begin, end, [this](ArcSegment& arc) { return !settleSense(arc); });
+    arcs_.erase(flat, end);
 }
 
 Envelope Path::envelope() const {
