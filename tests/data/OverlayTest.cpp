@@ -1,5 +1,6 @@
 #include <random>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "platform/Error.h"
@@ -18,8 +19,7 @@ constexpr const char* far = "LINESTRING ZM (1000 1000 1 2,1010 1000 3 4)";
 
 FeatureFilter around(double x, double y) {
     FeatureFilter filter;
-    filter.shape = geometryFromWkt("LINESTRING (" + std::to_string(x - 5) + " " + std::to_string(y) + "," +
-                                   std::to_string(x + 5) + " " + std::to_string(y) + ")");
+    filter.shape = geometryFromWkt(fmt::format("LINESTRING ({} {},{} {})", x - 5, y, x + 5, y));
     filter.relation = SpatialRelation::intersects;
     return filter;
 }

@@ -68,6 +68,7 @@ TEST(NumberLocale, MarksOfTheSystemsLocaleAreTakenOver) {
 TEST(Services, AreAsBeforeWhenTheScopeEnds) {
     const ScopedServices outer;
     services().randomSeed = 1;
+    services().locale.decimalMark = ".";
     {
         const ScopedServices inner;
         services().randomSeed = 2;

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "platform/app/Services.h"
 #include "tests/polygon/Coverage.h"
 #include "tests/support/StreetsFixture.h"
 #include "tests/topology/DirtyPavement.h"
@@ -54,7 +55,7 @@ TEST(TopoClean, PolygonsShareTheirBoundaries) {
          {leftSquare, "POLYGON ZM ((10 0 5 5,10 10 5 6,10.2 5 5 7,10 0 5 5))"},
          0.5,
          {"3 POLYGON ZM ((0 0 1 1,0 10 1 2,10 10 1 3,10.2 5 1 3.5,10 0 1 4,0 0 1 1)) A"},
-         {"Deleted, not being larger than 0.5: 1 features: 2"}},
+         {fmt::format("Deleted, not being larger than 0{}5: 1 features: 2", services().locale.decimalMark)}},
         {"a narrow neck falls apart",
          {"POLYGON ZM ((0 0 1 1,0 4 1 1,4 2.2 1 1,8 4 1 1,8 0 1 1,4 1.9 1 1,0 0 1 1))"},
          0.5,
