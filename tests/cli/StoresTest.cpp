@@ -79,6 +79,13 @@ TEST_F(StoresCommand, TheSameFlipGivesTheSameReport) {
                                                  "streets.shx", "town.gdb", "town.gpkg"}));
 }
 
+// A copy is saved to by the name that the layer has in the source.
+TEST_F(StoresCommand, AShapefileOfAnotherNameHasTheEdits) {
+    const nlohmann::json flipped = comparable("--data streets.shp:streets --fid 1 --output saved.shp")["updated"];
+    EXPECT_NE(comparable("--data saved.shp:saved --fid 1 --dry-run")["updated"], flipped);
+    EXPECT_EQ(comparable("--data streets.shp --fid 1 --dry-run")["updated"], flipped) << "the source stays";
+}
+
 // Pieces of the noded streets with their names and house numbers, sorted.
 std::vector<std::string> piecesOf(const nlohmann::json& report,
                                   const std::function<std::string(const std::string&)>& rounded) {

@@ -148,7 +148,7 @@ TEST_P(Save, OfACopyLeavesTheSourceAndAppearsWhole) {
     }
     EXPECT_EQ(folder_.names().size(), files);
     const auto store = openCopy(path_, output);
-    const ChangeSet changes = mixedChanges(*store->table(table));
+    const ChangeSet changes = mixedChanges(*store->table("roads"));
     EXPECT_THROW(store->save(changes,
                              [&](std::size_t, std::size_t) {
                                  EXPECT_FALSE(std::filesystem::exists(output));
@@ -158,6 +158,7 @@ TEST_P(Save, OfACopyLeavesTheSourceAndAppearsWhole) {
     EXPECT_EQ(folder_.names().size(), files);
     store->save(changes, {});
     EXPECT_EQ(rowsOf(path_), before);
+    EXPECT_EQ(store->table("roads"), store->table(table)) << "found by its name in the source too";
     EXPECT_EQ(rowsOf(output, table), rowsOf(*store->table(table)));
     EXPECT_EQ(rowsOf(output, table).size(), 6U);
 }

@@ -1,5 +1,7 @@
 #include "platform/data/overlay/OverlayWorkspace.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "platform/data/overlay/OverlayClass.h"
@@ -16,15 +18,17 @@ OverlayWorkspace::OverlayWorkspace(std::unique_ptr<FeatureStore> store, OverlayO
 OverlayWorkspace::~OverlayWorkspace() = default;
 
 FeatureClass* OverlayWorkspace::table(const std::string& name) {
-    const auto known = tables_.find(name);
-    if (known != tables_.end()) {
-        return known->second.get();
-    }
     FeatureSource* source = store_->table(name);
     if (!source) {
         return nullptr;
     }
-    return tables_.emplace(name, std::make_unique<OverlayClass>(*this, *source)).first->second.get();
+    // A table that is found by two names is edited as one.
+    const auto known =
+        std::ranges::find_if(tables_, [source](const auto& table) { return &table->editedTable().source() == source; });
+    if (known != tables_.end()) {
+        return known->get();
+    }
+    return tables_.emplace_back(std::make_unique<OverlayClass>(*this, *source)).get();
 }
 
 void OverlayWorkspace::requireNoOperation(const char* action) const {
@@ -127,7 +131,7 @@ void OverlayWorkspace::settleDirectWrites() {
 
 ChangeSet OverlayWorkspace::changes() const {
     ChangeSet changes;
-    for (const auto& [name, featureClass] : tables_) {
+    for (const auto& featureClass : tables_) {
         if (featureClass->editedTable().hasEdits()) {
             changes.push_back(featureClass->editedTable().changes());
         }
@@ -161,7 +165,7 @@ void OverlayWorkspace::saveAll() {
         ++saveCount_;
     }
     log_.clear();
-    for (const auto& [name, featureClass] : tables_) {
+    for (const auto& featureClass : tables_) {
         if (featureClass->editedTable().hasEdits()) {
             featureClass->editedTable().editsSaved();
         }
@@ -170,7 +174,7 @@ void OverlayWorkspace::saveAll() {
 
 void OverlayWorkspace::discardAll() {
     log_.clear();
-    for (const auto& [name, featureClass] : tables_) {
+    for (const auto& featureClass : tables_) {
         featureClass->editedTable().editsDiscarded();
     }
 }

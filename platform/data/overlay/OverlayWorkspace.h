@@ -1,9 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/data/FeatureClass.h"
 #include "platform/data/overlay/EditLog.h"
@@ -80,7 +80,7 @@ private:
     WriteListener listener_;
     std::string refusal_;
     int saveCount_ = 0;
-    std::map<std::string, std::unique_ptr<OverlayClass>> tables_;
+    std::vector<std::unique_ptr<OverlayClass>> tables_; // in the order in which they were asked for
     EditLog log_;
     bool editing_ = false;
 };

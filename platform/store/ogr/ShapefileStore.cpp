@@ -35,7 +35,8 @@ ShapefileStore::ShapefileStore(const std::string& path, OpenMode mode)
 
 ShapefileStore::ShapefileStore(const std::string& source, const std::string& output)
     : rules_(rulesOf(StoreFormat::shapefile)), path_(output), category_(rules_.datasetCategory), mode_(OpenMode::edit),
-      folder_(absolutePath(output).parent_path()), seenThrough_(absolutePath(output)), source_(absolutePath(source)) {
+      folder_(absolutePath(output).parent_path()), seenThrough_(absolutePath(output)), source_(absolutePath(source)),
+      sourceName_(source_->stem().string()) {
     static_cast<void>(existingTable(seenThrough_.stem().string()));
 }
 
@@ -70,7 +71,12 @@ std::optional<ShapefileParts> ShapefileStore::partsOf(const std::string& name) c
     return std::nullopt;
 }
 
-ShapefileStore::OpenTable* ShapefileStore::openTable(const std::string& name) {
+std::string ShapefileStore::ownName(const std::string& asked) const {
+    return !asked.empty() && asked == sourceName_ ? seenThrough_.stem().string() : asked;
+}
+
+ShapefileStore::OpenTable* ShapefileStore::openTable(const std::string& asked) {
+    const std::string name = ownName(asked);
     if (const auto known = tables_.find(name); known != tables_.end()) {
         return &known->second;
     }
@@ -101,7 +107,7 @@ FeatureSource* ShapefileStore::table(const std::string& name) {
 }
 
 std::string ShapefileStore::pathBeside(const std::string& table, const std::string& ending) const {
-    const auto parts = partsOf(table);
+    const auto parts = partsOf(ownName(table));
     return parts ? (parts->folder() / (parts->name() + ending)).string() : FeatureStore::pathBeside(table, ending);
 }
 

@@ -23,7 +23,8 @@ class ShapefileStore final : public FeatureStore {
 public:
     // `path`: a .shp, a .dbf or a folder.
     ShapefileStore(const std::string& path, OpenMode mode);
-    // Reads the shapefile `source` until the first save makes `output` of it.
+    // Reads the shapefile `source` until the first save makes `output` of it. Its table has the name of the output, and
+    // is found by that of the source too.
     ShapefileStore(const std::string& source, const std::string& output);
 
     [[nodiscard]] const std::string& path() const override { return path_; }
@@ -51,7 +52,9 @@ private:
     };
 
     [[nodiscard]] std::optional<ShapefileParts> partsOf(const std::string& name) const;
-    [[nodiscard]] OpenTable* openTable(const std::string& name);
+    // The name of the table that is asked for by its name here or in the source.
+    [[nodiscard]] std::string ownName(const std::string& asked) const;
+    [[nodiscard]] OpenTable* openTable(const std::string& asked);
     [[nodiscard]] OpenTable& existingTable(const std::string& name);
     // What is written to each table beside its changes.
     using AlsoWrite = std::function<void(ShapefileWriter& writer)>;
@@ -72,6 +75,7 @@ private:
     std::filesystem::path folder_;                // that is saved to
     std::filesystem::path seenThrough_;           // the file given; empty for a folder
     std::optional<std::filesystem::path> source_; // until the copy is made
+    std::string sourceName_;                      // of a copy, also when it is made
     std::map<std::string, OpenTable> tables_;
 };
 
