@@ -1,14 +1,17 @@
 #include "component/ArgumentKinds.h"
 
+#include <array>
+#include <utility>
+
 #include "common/Numbers.h"
 
 namespace qz {
 
 namespace {
 
-// The alternative of Argument that holds a kind.
-std::size_t alternativeOf(ParameterKind kind) {
-    return neutralArgument(kind).index();
+// What makes each alternative of Argument, without a value.
+template <std::size_t... I> constexpr auto neutralArguments(std::index_sequence<I...>) {
+    return std::array<Argument (*)(), sizeof...(I)>{[] { return Argument(std::in_place_index<I>); }...};
 }
 
 std::optional<double> asNumber(const Argument& argument) {
@@ -70,59 +73,8 @@ bool widenGeometry(Argument& argument) {
 } // namespace
 
 Argument neutralArgument(ParameterKind kind) {
-    switch (kind) {
-    case ParameterKind::boolean:
-        return false;
-    case ParameterKind::integer16:
-        return std::int16_t{0};
-    case ParameterKind::integer32:
-        return std::int32_t{0};
-    case ParameterKind::doubleFloat:
-        return 0.0;
-    case ParameterKind::text:
-        return std::string();
-    case ParameterKind::point:
-        return Point();
-    case ParameterKind::polyline:
-        return Polyline();
-    case ParameterKind::polygon:
-        return Polygon();
-    case ParameterKind::geometry:
-        return Geometry();
-    case ParameterKind::envelope:
-        return Envelope();
-    case ParameterKind::geometryCollection:
-        return GeometryCollection();
-    case ParameterKind::spatialReference:
-        return SpatialReference();
-    case ParameterKind::dictionary:
-        return Dictionary();
-    case ParameterKind::feature:
-        return FeaturePtr();
-    case ParameterKind::featureLayer:
-        return static_cast<FeatureLayer*>(nullptr);
-    case ParameterKind::featureClass:
-        return static_cast<FeatureClass*>(nullptr);
-    case ParameterKind::featureCursor:
-        return static_cast<FeatureCursor*>(nullptr);
-    case ParameterKind::featureBuffer:
-        return static_cast<FeatureBuffer*>(nullptr);
-    case ParameterKind::activeView:
-        return static_cast<ActiveView*>(nullptr);
-    case ParameterKind::application:
-        return static_cast<Application*>(nullptr);
-    case ParameterKind::refreshArea:
-        return static_cast<RefreshArea*>(nullptr);
-    case ParameterKind::display:
-        return static_cast<Display*>(nullptr);
-    case ParameterKind::symbol:
-        return Symbol();
-    case ParameterKind::fillSymbol:
-        return FillSymbol();
-    case ParameterKind::arrowMarkerSymbol:
-        return ArrowMarkerSymbol();
-    }
-    return {};
+    static constexpr auto neutrals = neutralArguments(std::make_index_sequence<std::variant_size_v<Argument>>());
+    return neutrals[alternativeOf(kind)]();
 }
 
 bool convertArgument(Argument& argument, ParameterKind kind) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -26,6 +27,7 @@ using Argument = std::variant<std::monostate, bool, std::int16_t, std::int32_t, 
 using Result =
     std::variant<std::monostate, bool, std::string, Multipoint, NodePoints, Polyline, Polygon, GeometryCollection>;
 
+// In the order of the alternatives of Argument.
 enum class ParameterKind {
     boolean,
     integer16,
@@ -53,6 +55,11 @@ enum class ParameterKind {
     fillSymbol,
     arrowMarkerSymbol
 };
+
+// The alternative of Argument that holds a kind; the first is "nothing".
+[[nodiscard]] constexpr std::size_t alternativeOf(ParameterKind kind) noexcept {
+    return static_cast<std::size_t>(kind) + 1;
+}
 
 // "Boolean", "32-bit integer", "feature layer", ...
 [[nodiscard]] const char* nameOf(ParameterKind kind) noexcept;
@@ -117,6 +124,8 @@ template <> struct Binding<Display> : ObjectBinding<Display, ParameterKind::disp
 template <typename T> struct Parameter {
     using Plain = std::remove_cv_t<std::remove_pointer_t<std::remove_reference_t<T>>>;
     static constexpr ParameterKind kind = Binding<Plain>::kind;
+    static_assert(std::is_same_v<typename Binding<Plain>::Alternative,
+                                 std::variant_alternative_t<alternativeOf(kind), Argument>>);
     static constexpr bool mayBeAbsent = std::is_pointer_v<T>;
     static constexpr bool writtenBack = Binding<Plain>::isValue && !std::is_same_v<T, Plain> &&
                                         !std::is_const_v<std::remove_pointer_t<std::remove_reference_t<T>>>;

@@ -9,13 +9,29 @@
 
 namespace qz {
 
-// The editing component: each method is one whole operation on the features it is given. None opens an edit operation
-// of its own: the caller starts one before the call and stops it after, or aborts it when the result is false, so that
-// one call is one step of undo. No exception leaves a method. One instance serves any number of calls; it has no state.
+// The editing component: each method is one whole operation on the features it is given. The caller starts an edit
+// operation before the call and stops it after, or aborts it when the result is false, so that one call is one step of
+// undo; only the cleaning of whole classes begins and ends its own. No exception leaves a method. One instance serves
+// any number of calls; it has no state.
+//
+// Unless a method says otherwise:
+//
+//   coordinates     shapes and points given bring their own spatial reference; lengths and tolerances are in the units
+//                   of the class
+//   pointers        may be nothing
+//   null shapes     and empty ones are passed over
+//   pRefresh        gets the shapes whose places are to be drawn anew
+//   fCount, lCount  the number of features to expect: sizes the progress, nothing else
+//   bOver           of ranges divided among pieces: each piece begins where the one before it ends, else a step after
+//   bEditing        false: data in a database are saved at once, in an edit session of the call's own
+//   a failure       is shown to the user with its description, and gives false or nothing; what was stored before it is
+//                   for the caller to take back
 //
 // All methods can be called by name: see MethodTable.h.
 class MKQZGenFunRun {
 public:
+    // --- Lines ---
+
     // Reverses every polyline that the cursor delivers: the first vertex of each part becomes its last. Null and empty
     // shapes are left alone. Coordinates are snapped to the spatial reference of the class; z, m and arcs go along.
     // `fCount` is the number of features to expect and sizes the progress ("Flipping polylines: "), nothing else.
@@ -69,21 +85,6 @@ public:
     bool QZ_GetReshFeature(FeatureCursor& pFeatureCursor, const Polyline& pReshPolyline, double dSearchTol,
                            bool& bSingle, std::int32_t& pReshapeID, std::int16_t iPrec) noexcept;
 
-    // Removes the vertices inside the envelope, which is in the reference of the layer, from every feature of the
-    // cursor; straight segments close the gaps. Without an envelope nothing happens. A feature of which nothing is left
-    // is deleted. `fCount` sizes the progress.
-    // False after a failure, which is reported.
-    bool QZ_DeleteMultiVertices(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Envelope* pEnv,
-                                std::int32_t fCount, RefreshArea& pRefresh, Application& pApp) noexcept;
-
-    // Inserts a vertex into the line or boundary of `pFeature` and writes it through the update cursor: exactly at the
-    // point with `bSame`, else where the line is nearest to it. `pInsertPoint` becomes the new vertex. Nothing happens
-    // where a vertex is already. `dSearchTol` has no effect.
-    // False after a failure, which is reported.
-    bool QZ_InsertVertexRun(FeatureCursor& pFeatureCursor, FeatureLayer& pFLayer, Feature* pFeature,
-                            const Point& pPoint, double dSearchTol, RefreshArea& pRefresh, Point& pInsertPoint,
-                            bool bSame, Application& pApp) noexcept;
-
     // Puts a line into the layer so that lines end where they meet: with `bAdd` it is stored, and it and all lines that
     // it meets are cut; without it only cuts the others. `sAction` "Add" stores it and cuts nothing. `fCount` sizes the
     // progress: a negative one switches the cutting off, and 0 becomes 1 with `bAdd`. The new line has no attributes.
@@ -102,6 +103,49 @@ public:
     bool QZ_PolygonAsPolylineRun(FeatureLayer& pFLayer, const Polygon& pPolygon, RefreshArea& pRefresh,
                                  std::int32_t& fCount, bool bAdd, const std::string& sAction, bool bOver,
                                  Application& pApp) noexcept;
+
+    // Adds a parallel copy of the first line of the cursor, `dOffDist` away in units of the map on the side of
+    // `pEndPoint`, which is in the map's reference, with the attributes of the line. `vMethod` 2 points outer corners,
+    // 4 cuts them, 8 rounds them. Without `bCopy` the line is deleted. When the copy would vanish nothing changes.
+    // False after a failure, which is reported.
+    bool QZ_OffsetPolyline(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point& pEndPoint,
+                           std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
+                           const SpatialReference& pInSref, const SpatialReference& pMapSRef) noexcept;
+
+    // Adds two parallel copies of every line of the cursor, one on each side. Lines of which one would vanish stay as
+    // they are, which the user is told at the end. `fCount` sizes the progress.
+    // False after a failure, which is reported.
+    bool QZ_OffsetDouble(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                         std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
+                         const SpatialReference& pInSref, const SpatialReference& pMapSRef, Application& pApp) noexcept;
+
+    // Adds `lNumber` parallel copies of the first line of the cursor, at 1, 2, ... times the distance on the side of
+    // `pEndPoint`.
+    // False after a failure, which is reported.
+    bool QZ_OffsetPolylineMulti(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point& pEndPoint,
+                                std::int16_t vMethod, double dOffDist, std::int32_t lNumber, RefreshArea& pRefresh,
+                                const SpatialReference& pInSref, const SpatialReference& pMapSRef,
+                                Application& pApp) noexcept;
+
+    // Merges the lines that the cursor delivers at nodes where exactly two of them end; `lDisIndex`: the place of a
+    // field among the fields that has to have the same text on both, -1 for none. Values follow the union rules of the
+    // layer. `pEnv` has no effect. False after a failure, which is reported.
+    bool QZ_RemovePseudo(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t lDisIndex,
+                         std::int32_t fCount, RefreshArea& pRefresh, const Envelope* pEnv, Application& pApp) noexcept;
+
+    // Moves all ends in `pEnv`, in map units, of the lines that the update cursor delivers onto one place in the middle
+    // of them. `pInSref` has no effect.
+    // False without an envelope and after a failure, which is reported.
+    bool QZ_RemoveRedundantNodes(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
+                                 const SpatialReference& pInSref, const Envelope* pEnv, std::int32_t fCount,
+                                 RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Deletes lines in `pGeom` that end freely and are shorter than `dDangTol`, in the units of `inSref`; one that is
+    // not above 0 means any length. What ends freely only afterwards stays. False after a failure, which is reported.
+    bool QZ_DeleteSelectedDangles(FeatureClass& pFeatureClass, const SpatialReference& inSref, const Geometry& pGeom,
+                                  double dDangTol, Application& pApp) noexcept;
+
+    // --- Polygons ---
 
     // Replaces every polygon of the layer that the line crosses from side to side by its two pieces, with values by the
     // layer's attribute rules. A polygon that the line starts or ends in, or only touches, stays; it gets the vertices
@@ -157,28 +201,180 @@ public:
     bool QZ_IntersectSelectedPolygons(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh,
                                       const Envelope* pEnv, Application& pApp) noexcept;
 
-    // Merges the lines that the cursor delivers at nodes where exactly two of them end; `lDisIndex`: the place of a
-    // field among the fields that has to have the same text on both, -1 for none. Values follow the union rules of the
-    // layer. `pEnv` has no effect. False after a failure, which is reported.
-    bool QZ_RemovePseudo(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, std::int32_t lDisIndex,
-                         std::int32_t fCount, RefreshArea& pRefresh, const Envelope* pEnv, Application& pApp) noexcept;
+    // Stores the faces that the selected lines of the source layer enclose as polygons, with islands as holes, each as
+    // QZ_AddPolygonRun does with `iPriority`. Lines meet at their ends; an outline whose two free ends are less than
+    // `dFuzzy` apart is closed.
+    // False, with a notice, without lines, a selection or faces; false after a failure, which is reported.
+    bool QZ_BuildPolygonRun(FeatureLayer& pFLayer, FeatureLayer& pSourceLayer, double dFuzzy, std::int16_t iPriority,
+                            RefreshArea& pRefresh, Application& pApp) noexcept;
 
-    // Moves all ends in `pEnv`, in map units, of the lines that the update cursor delivers onto one place in the middle
-    // of them. `pInSref` has no effect.
-    // False without an envelope and after a failure, which is reported.
-    bool QZ_RemoveRedundantNodes(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor,
-                                 const SpatialReference& pInSref, const Envelope* pEnv, std::int32_t fCount,
-                                 RefreshArea& pRefresh, Application& pApp) noexcept;
+    // --- Vertices and corners of lines and polygons ---
 
-    // Deletes lines in `pGeom` that end freely and are shorter than `dDangTol`, in the units of `inSref`; one that is
-    // not above 0 means any length. What ends freely only afterwards stays. False after a failure, which is reported.
-    bool QZ_DeleteSelectedDangles(FeatureClass& pFeatureClass, const SpatialReference& inSref, const Geometry& pGeom,
-                                  double dDangTol, Application& pApp) noexcept;
+    // Inserts a vertex into the line or boundary of `pFeature` and writes it through the update cursor: exactly at the
+    // point with `bSame`, else where the line is nearest to it. `pInsertPoint` becomes the new vertex. Nothing happens
+    // where a vertex is already. `dSearchTol` has no effect.
+    // False after a failure, which is reported.
+    bool QZ_InsertVertexRun(FeatureCursor& pFeatureCursor, FeatureLayer& pFLayer, Feature* pFeature,
+                            const Point& pPoint, double dSearchTol, RefreshArea& pRefresh, Point& pInsertPoint,
+                            bool bSame, Application& pApp) noexcept;
 
-    // The methods that follow draw shapes derived from the features of the cursor as elements of the map's graphics,
-    // with the default symbols. `sName`: the name of a field whose values label the elements, and then the last label;
-    // blank or no field: the label of all. `lCount`: the number of features, for the progress. Features without a shape
-    // are passed over. False after a failure, which is reported.
+    // Removes the vertices inside the envelope, which is in the reference of the layer, from every feature of the
+    // cursor; straight segments close the gaps. Without an envelope nothing happens. A feature of which nothing is left
+    // is deleted. `fCount` sizes the progress.
+    // False after a failure, which is reported.
+    bool QZ_DeleteMultiVertices(FeatureLayer& pFLayer, FeatureCursor& pFeatureCursor, const Envelope* pEnv,
+                                std::int32_t fCount, RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Moves the ends of lines to `pPoint`. `m_fDic`: object id to "f" (the start), "t" (the end) or "ft" (both). Each
+    // line keeps its own z and m there.
+    // False after a failure, which is reported; nothing is changed then.
+    bool QZ_UpdateShared(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
+                         Application& pApp) noexcept;
+
+    // Moves vertices of polygons to `pPoint`. `m_fDic`: object id to "ring|vertex", both from 0 on.
+    // False after a failure, which is reported; nothing is changed then.
+    bool QZ_UpdateSharedPolygon(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
+                                Application& pApp) noexcept;
+
+    // Cuts every corner of `pF`, on which the update cursor stands, at the distance `dR` from it, or rounds it with an
+    // arc of that radius when `bFillet` is set. A corner where that doesn't fit stays. False without a feature, for a
+    // line of several parts, and after a failure, which is reported.
+    bool QZ_ChamferAllRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF,
+                          RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept;
+
+    // The same for the one corner nearest to `pP`.
+    bool QZ_ChamferSingleRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF, const Point& pP,
+                             RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept;
+
+    // Makes the corners of the first polygon of the update cursor right or straight: those that are so within `dAngTol`
+    // degrees, above 0 up to 45, or all of them for any other number. The segment nearest to `pPoint` keeps its
+    // direction when `bTool` is set and there is a point, else the longest one. False, without a change, when that
+    // can't be done, which is told, and after a failure, which is reported.
+    bool QZ_SquarePolygonAnglesRun(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point* pPoint,
+                                   RefreshArea& pRefresh, bool bTool, double dAngTol, Application& pApp) noexcept;
+
+    // Leaves out the vertices of lines and polygons that are no farther than `iPar0`, in units of the map, from what is
+    // left (Douglas-Peucker). Polygons of which nothing would be left stay, which the user is told at the end.
+    // False after a failure, which is reported; points are one.
+    bool QZ_Generalize(FeatureCursor& pFeatureCursor, double iPar0, const SpatialReference& pInSref,
+                       const SpatialReference& pMapSRef, std::int32_t fCount, RefreshArea& pRefresh,
+                       Application& pApp) noexcept;
+
+    // Divides the segments of lines and polygons into pieces of at most `iPar0` in units of the map; arcs become
+    // straight pieces no farther from them than `iPar1` with the word "Normal", and with any other word pieces that
+    // turn by at most `iPar1` radians.
+    // False after a failure, which is reported; points are one.
+    bool QZ_Densify(FeatureCursor& pFeatureCursor, const std::string& sGenType, double iPar0, double iPar1,
+                    const SpatialReference& pInSref, const SpatialReference& pMapSRef, std::int32_t fCount,
+                    RefreshArea& pRefresh, Application& pApp) noexcept;
+
+    // Replaces lines and polygons by smooth curves with `iPar0` points for each vertex: "Bezier", near the vertices;
+    // "bSpline", of order `iPar1`; "tSpline", through the vertices, under the tension `iPar1`.
+    // False, with a notice and without a change, for numbers and words that make no curve; false after a failure, which
+    // is reported.
+    bool QZ_SmoothRun(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const std::string& sCurType,
+                      std::int16_t iPar0, std::int16_t iPar1, std::int32_t fCount, RefreshArea& pRefresh,
+                      const SpatialReference& pInSref, Application& pApp) noexcept;
+
+    // --- Finders ---
+
+    // These methods look at the features that meet what `pActiveView` shows when their word `what` is "Visible", else
+    // at all of the class. Features in view that are more than `lMax` are not looked at: `bChecked` is false then, and
+    // there is no result. `inSref`: that in which the view's bounds are compared with the features. Without a result
+    // also after a failure, which is reported.
+
+    // The nodes at which lines begin and end, with the number of line ends there less one: 0 is a dangle, 1 a pseudo
+    // node, 2 and more a regular node. `nType`: "all", "dangle", "pseudo", "regular", "d_p", "d_r" or "p_r"; none for
+    // another word. Two ends are one node when their coordinates are equal in decimals of the layer's tolerance; with
+    // `bTrueCoords` false in those of 1e-15.
+    std::optional<NodePoints> QZ_AnalyseNodes(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
+                                              const SpatialReference& inSref, const std::string& what,
+                                              const std::string& nType, bool bTrueCoords, std::int32_t lMax,
+                                              bool& bChecked) noexcept;
+
+    // The lines that repeat an earlier one, in either direction: those whose points at 0.1 % and 99.9 % of their length
+    // are equal in the decimals of `dFuzzy`, in the units of the class.
+    std::optional<GeometryCollection> QZ_FindDupPolylines(ActiveView& pActiveView, FeatureClass& pFeatureClass,
+                                                          const SpatialReference& inSref, const std::string& sWhat,
+                                                          double dFuzzy, std::int32_t lMax, bool& bChecked) noexcept;
+
+    // The points that repeat an earlier one in the decimals of `dFuzzy`.
+    std::optional<Multipoint> QZ_FindDupPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass,
+                                               const SpatialReference& inSref, const std::string& sWhat,
+                                               std::int32_t lMax, double dFuzzy, bool& bChecked) noexcept;
+
+    // All vertices of the features in view, `lMaxFeatures` features at most.
+    std::optional<Multipoint> QZ_GetVertices(ActiveView& pActiveView, FeatureLayer& pFLayer,
+                                             const SpatialReference& sRef, bool& bChecked,
+                                             std::int32_t lMaxFeatures) noexcept;
+
+    // The vertices without a measure of the features in view, 10,000 features at most; a notice tells when there are
+    // more.
+    std::optional<Multipoint> QZ_AnalyseNaNs(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
+                                             const SpatialReference& inSref, bool& bChecked) noexcept;
+
+    // Paints an arrow on every segment of the lines, `dAlong` points of 1/72 inch on the screen after its start and no
+    // farther than its end. `pSymbol` has no effect.
+    bool QZ_ArrowPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass, const SpatialReference& inSref,
+                        const std::string& sWhat, bool& bChecked, Display& display, const ArrowMarkerSymbol& pAMSymbol,
+                        const Symbol& pSymbol, std::int32_t lMax, double dAlong, Application& pApp) noexcept;
+
+    // --- Duplicates, overlaps and gaps; cleaning ---
+
+    // Delete the features of the cursor that repeat an earlier one of it, as the finders find them; the lines with the
+    // class's default tolerance. They are added to the refresh area. `fCount`: the number of features, for the
+    // progress. False after a failure, which is reported.
+    bool QZ_RemoveDupPolylines(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                               RefreshArea& pRefresh, Application& pApp) noexcept;
+    bool QZ_RemoveDupPoints(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
+                            RefreshArea& pRefresh, double dFuzzy, Application& pApp) noexcept;
+
+    // Paints what two polygons of the layer share, once for each pair of those that meet `pEnv`, in map units; none
+    // means what the view shows. The polygons are added to the refresh area. `fCount`: their number, for the progress.
+    // False after a failure, which is reported.
+    bool QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh, const Envelope* pEnv,
+                         const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
+
+    // Paints the "Overlaps" or "Gaps" (`sWhat`) of the polygons whose extents meet `pEnv`, found along the edges of a
+    // topology graph with the cluster tolerance `dFuzzy`, in units of the layer.
+    // False after a failure, which is reported.
+    bool QZ_DrawOverlaps_Topo(FeatureLayer& pFLayer, const Envelope* pEnv, double dFuzzy, const std::string& sWhat,
+                              const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
+
+    // Finds the ground within `pEnv` (as QZ_DrawOverlaps has it) that polygons of the layer enclose without covering
+    // it, and paints it, or hands it to QZ_FillGaps when `bAdd` is set. What reaches the edge of `pEnv` is no gap;
+    // `pEnv` is a thousandth smaller afterwards. False after a failure, which is reported.
+    bool QZ_DrawGaps(FeatureLayer& pFLayer, Envelope* pEnv, RefreshArea& pRefresh, const FillSymbol& pGapSymbol,
+                     bool bAdd, const std::string& sHow, Application& pApp) noexcept;
+
+    // Stores gaps as features without values when `sHow` is "New Polygon", else each as part of the largest polygon
+    // that shares a boundary line with it.
+    // False after a failure, which is reported.
+    bool QZ_FillGaps(FeatureLayer& pFLayer, const GeometryCollection& pGapCol, const std::string& sHow,
+                     Application& pApp) noexcept;
+
+    // Cleans the boundaries of a polygon class, while its editor is editing and in an edit operation of its own:
+    // vertices within `dFuzzy` become one, and boundaries are noded where they meet, so that neighbours share them bit
+    // for bit. What needed no repair stays as it is; what did is replaced by copies with the same attributes, one for
+    // each part of a polygon that fell apart. Polygons not larger than `dFuzzy` are deleted, which the user is told.
+    // `iPrec` has no effect: nodes are told apart by where they are, to the last bit. A cancelled dialog ends its walk.
+    // False, with a notice, for a class without features and when nothing is left; false when the editor isn't editing,
+    // and after a failure, which is reported and takes everything back.
+    bool QZ_TopoCleanPg(FeatureClass& pFeatureClass, double dFuzzy, std::int16_t iPrec, Application& pApp) noexcept;
+
+    // The same for a class of lines: each is replaced by copies for its stretches between the places where lines meet.
+    // False as above.
+    bool QZ_TopoCleanPl(FeatureClass& pFeatureClass, double dFuzzy, Application& pApp) noexcept;
+
+    // Puts the shape of every feature of the class onto the grid of its spatial reference.
+    // False after a failure, which is reported.
+    bool QZ_ValidateEdits(FeatureClass& pFeatureClass, Application& pApp) noexcept;
+
+    // --- Graphics derived from features ---
+
+    // These methods draw shapes derived from the features of the cursor as elements of the map's graphics, with the
+    // default symbols. `sName`: the name of a field whose values label the elements, and then the last label; blank or
+    // no field: the label of all. False after a failure, which is reported.
 
     // The shapes themselves.
     bool QZ_FeaturesToGraphicsRun(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
@@ -229,6 +425,8 @@ public:
     bool QZ_RandomGraphicsPl(FeatureCursor& pFeatureCursor, std::string& sName, std::int32_t lCount,
                              std::int32_t lNumPoints, Application& pApp) noexcept;
 
+    // --- Features from graphics and from other layers ---
+
     // Brings graphics of the map into the layer, only selected ones with `bSel`. `sIn1`: fills ("pg") or lines ("pl");
     // `sOut`: the kind of the layer, "pg", "pl" or "pnt". Fills are added to polygons by `iPriority` (see
     // QZ_AddPolygon), and to lines by `sPg2Pl`: "Add", "Split", "Split & Add", "Erase" or "Erase & Add". Lines are
@@ -253,95 +451,7 @@ public:
                                   const std::string& sPgPlA, const std::string& sPgPgA, double dBuf, Application& pApp,
                                   bool bOver, const std::int32_t* lCount) noexcept;
 
-    // The methods that follow look at the features that meet what `pActiveView` shows when their word `what` is
-    // "Visible", else at all of the class. Features in view that are more than `lMax` are not looked at: `bChecked` is
-    // false then, and there is no result. `inSref`: that in which the view's bounds are compared with the features.
-    // Without a result also after a failure, which is reported.
-
-    // The nodes at which lines begin and end, with the number of line ends there less one: 0 is a dangle, 1 a pseudo
-    // node, 2 and more a regular node. `nType`: "all", "dangle", "pseudo", "regular", "d_p", "d_r" or "p_r"; none for
-    // another word. Two ends are one node when their coordinates are equal in decimals of the layer's tolerance; with
-    // `bTrueCoords` false in those of 1e-15.
-    std::optional<NodePoints> QZ_AnalyseNodes(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
-                                              const SpatialReference& inSref, const std::string& what,
-                                              const std::string& nType, bool bTrueCoords, std::int32_t lMax,
-                                              bool& bChecked) noexcept;
-
-    // The lines that repeat an earlier one, in either direction: those whose points at 0.1 % and 99.9 % of their length
-    // are equal in the decimals of `dFuzzy`, in the units of the class.
-    std::optional<GeometryCollection> QZ_FindDupPolylines(ActiveView& pActiveView, FeatureClass& pFeatureClass,
-                                                          const SpatialReference& inSref, const std::string& sWhat,
-                                                          double dFuzzy, std::int32_t lMax, bool& bChecked) noexcept;
-
-    // The points that repeat an earlier one in the decimals of `dFuzzy`.
-    std::optional<Multipoint> QZ_FindDupPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass,
-                                               const SpatialReference& inSref, const std::string& sWhat,
-                                               std::int32_t lMax, double dFuzzy, bool& bChecked) noexcept;
-
-    // All vertices of the features in view, `lMaxFeatures` features at most.
-    std::optional<Multipoint> QZ_GetVertices(ActiveView& pActiveView, FeatureLayer& pFLayer,
-                                             const SpatialReference& sRef, bool& bChecked,
-                                             std::int32_t lMaxFeatures) noexcept;
-
-    // The vertices without a measure of the features in view, 10,000 features at most; a notice tells when there are
-    // more.
-    std::optional<Multipoint> QZ_AnalyseNaNs(ActiveView& pActiveView, FeatureLayer& pFeatureLayer,
-                                             const SpatialReference& inSref, bool& bChecked) noexcept;
-
-    // Paints an arrow on every segment of the lines, `dAlong` points of 1/72 inch on the screen after its start and no
-    // farther than its end. `pSymbol` has no effect.
-    bool QZ_ArrowPoints(ActiveView& pActiveView, FeatureClass& pFeatureClass, const SpatialReference& inSref,
-                        const std::string& sWhat, bool& bChecked, Display& display, const ArrowMarkerSymbol& pAMSymbol,
-                        const Symbol& pSymbol, std::int32_t lMax, double dAlong, Application& pApp) noexcept;
-
-    // Delete the features of the cursor that repeat an earlier one of it, as the finders find them; the lines with the
-    // class's default tolerance. They are added to the refresh area. `fCount`: the number of features, for the
-    // progress. False after a failure, which is reported.
-    bool QZ_RemoveDupPolylines(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
-                               RefreshArea& pRefresh, Application& pApp) noexcept;
-    bool QZ_RemoveDupPoints(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
-                            RefreshArea& pRefresh, double dFuzzy, Application& pApp) noexcept;
-
-    // Paints what two polygons of the layer share, once for each pair of those that meet `pEnv`, in map units; none
-    // means what the view shows. The polygons are added to the refresh area. `fCount`: their number, for the progress.
-    // False after a failure, which is reported.
-    bool QZ_DrawOverlaps(FeatureLayer& pFLayer, std::int32_t fCount, RefreshArea& pRefresh, const Envelope* pEnv,
-                         const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
-
-    // Finds the ground within `pEnv` (as QZ_DrawOverlaps has it) that polygons of the layer enclose without covering
-    // it, and paints it, or hands it to QZ_FillGaps when `bAdd` is set. What reaches the edge of `pEnv` is no gap;
-    // `pEnv` is a thousandth smaller afterwards. False after a failure, which is reported.
-    bool QZ_DrawGaps(FeatureLayer& pFLayer, Envelope* pEnv, RefreshArea& pRefresh, const FillSymbol& pGapSymbol,
-                     bool bAdd, const std::string& sHow, Application& pApp) noexcept;
-
-    // Stores gaps as features without values when `sHow` is "New Polygon", else each as part of the largest polygon
-    // that shares a boundary line with it.
-    // False after a failure, which is reported.
-    bool QZ_FillGaps(FeatureLayer& pFLayer, const GeometryCollection& pGapCol, const std::string& sHow,
-                     Application& pApp) noexcept;
-
-    // Paints the "Overlaps" or "Gaps" (`sWhat`) of the polygons whose extents meet `pEnv`, found along the edges of a
-    // topology graph with the cluster tolerance `dFuzzy`, in units of the layer.
-    // False after a failure, which is reported.
-    bool QZ_DrawOverlaps_Topo(FeatureLayer& pFLayer, const Envelope* pEnv, double dFuzzy, const std::string& sWhat,
-                              const FillSymbol& pOverlapSymbol, Application& pApp) noexcept;
-
-    // Cuts every corner of `pF`, on which the update cursor stands, at the distance `dR` from it, or rounds it with an
-    // arc of that radius when `bFillet` is set. A corner where that doesn't fit stays. False without a feature, for a
-    // line of several parts, and after a failure, which is reported.
-    bool QZ_ChamferAllRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF,
-                          RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept;
-
-    // The same for the one corner nearest to `pP`.
-    bool QZ_ChamferSingleRun(FeatureCursor& pFeatureCursor, FeatureClass& pFeatureClass, Feature* pF, const Point& pP,
-                             RefreshArea& pRefresh, double dR, bool bFillet, Application& pApp) noexcept;
-
-    // Makes the corners of the first polygon of the update cursor right or straight: those that are so within `dAngTol`
-    // degrees, above 0 up to 45, or all of them for any other number. The segment nearest to `pPoint` keeps its
-    // direction when `bTool` is set and there is a point, else the longest one. False, without a change, when that
-    // can't be done, which is told, and after a failure, which is reported.
-    bool QZ_SquarePolygonAnglesRun(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point* pPoint,
-                                   RefreshArea& pRefresh, bool bTool, double dAngTol, Application& pApp) noexcept;
+    // --- Coordinate geometry ---
 
     // Adds the fields that QZ_CogoInverse fills to a layer of lines: Direction, Distance, Delta, Radius, Tangent,
     // ArcLength, Side, XStart, YStart. `lLinPrec`, `lAngPrec`: decimals of the linear fields and of Delta. Fields that
@@ -363,86 +473,7 @@ public:
     std::optional<Polygon> QZ_CreatePieSegment(FeatureClass& pFeatureClass, const Point& pPoint, double dDist,
                                                double& dCentralAngle, double dPolarDir, Application& pApp) noexcept;
 
-    // Moves the ends of lines to `pPoint`. `m_fDic`: object id to "f" (the start), "t" (the end) or "ft" (both). Each
-    // line keeps its own z and m there.
-    // False after a failure, which is reported; nothing is changed then.
-    bool QZ_UpdateShared(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
-                         Application& pApp) noexcept;
-
-    // Moves vertices of polygons to `pPoint`. `m_fDic`: object id to "ring|vertex", both from 0 on.
-    // False after a failure, which is reported; nothing is changed then.
-    bool QZ_UpdateSharedPolygon(FeatureClass& pFeatureClass, const Point& pPoint, const Dictionary* m_fDic,
-                                Application& pApp) noexcept;
-
-    // Stores the faces that the selected lines of the source layer enclose as polygons, with islands as holes, each as
-    // QZ_AddPolygonRun does with `iPriority`. Lines meet at their ends; an outline whose two free ends are less than
-    // `dFuzzy` apart is closed.
-    // False, with a notice, without lines, a selection or faces; false after a failure, which is reported.
-    bool QZ_BuildPolygonRun(FeatureLayer& pFLayer, FeatureLayer& pSourceLayer, double dFuzzy, std::int16_t iPriority,
-                            RefreshArea& pRefresh, Application& pApp) noexcept;
-
-    // Adds a parallel copy of the first line of the cursor, `dOffDist` away in units of the map on the side of
-    // `pEndPoint`, which is in the map's reference, with the attributes of the line. `vMethod` 2 points outer corners,
-    // 4 cuts them, 8 rounds them. Without `bCopy` the line is deleted. When the copy would vanish nothing changes.
-    // False after a failure, which is reported.
-    bool QZ_OffsetPolyline(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point& pEndPoint,
-                           std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
-                           const SpatialReference& pInSref, const SpatialReference& pMapSRef) noexcept;
-
-    // Adds two parallel copies of every line of the cursor, one on each side. Lines of which one would vanish stay as
-    // they are, which the user is told at the end. `fCount` sizes the progress.
-    // False after a failure, which is reported.
-    bool QZ_OffsetDouble(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, std::int32_t fCount,
-                         std::int16_t vMethod, double dOffDist, bool bCopy, RefreshArea& pRefresh,
-                         const SpatialReference& pInSref, const SpatialReference& pMapSRef, Application& pApp) noexcept;
-
-    // Adds `lNumber` parallel copies of the first line of the cursor, at 1, 2, ... times the distance on the side of
-    // `pEndPoint`.
-    // False after a failure, which is reported.
-    bool QZ_OffsetPolylineMulti(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const Point& pEndPoint,
-                                std::int16_t vMethod, double dOffDist, std::int32_t lNumber, RefreshArea& pRefresh,
-                                const SpatialReference& pInSref, const SpatialReference& pMapSRef,
-                                Application& pApp) noexcept;
-
-    // Leaves out the vertices of lines and polygons that are no farther than `iPar0`, in units of the map, from what is
-    // left (Douglas-Peucker). Polygons of which nothing would be left stay, which the user is told at the end.
-    // False after a failure, which is reported; points are one.
-    bool QZ_Generalize(FeatureCursor& pFeatureCursor, double iPar0, const SpatialReference& pInSref,
-                       const SpatialReference& pMapSRef, std::int32_t fCount, RefreshArea& pRefresh,
-                       Application& pApp) noexcept;
-
-    // Divides the segments of lines and polygons into pieces of at most `iPar0` in units of the map; arcs become
-    // straight pieces no farther from them than `iPar1` with the word "Normal", and with any other word pieces that
-    // turn by at most `iPar1` radians.
-    // False after a failure, which is reported; points are one.
-    bool QZ_Densify(FeatureCursor& pFeatureCursor, const std::string& sGenType, double iPar0, double iPar1,
-                    const SpatialReference& pInSref, const SpatialReference& pMapSRef, std::int32_t fCount,
-                    RefreshArea& pRefresh, Application& pApp) noexcept;
-
-    // Replaces lines and polygons by smooth curves with `iPar0` points for each vertex: "Bezier", near the vertices;
-    // "bSpline", of order `iPar1`; "tSpline", through the vertices, under the tension `iPar1`.
-    // False, with a notice and without a change, for numbers and words that make no curve; false after a failure, which
-    // is reported.
-    bool QZ_SmoothRun(FeatureClass& pFeatureClass, FeatureCursor& pFeatureCursor, const std::string& sCurType,
-                      std::int16_t iPar0, std::int16_t iPar1, std::int32_t fCount, RefreshArea& pRefresh,
-                      const SpatialReference& pInSref, Application& pApp) noexcept;
-
-    // Puts the shape of every feature of the class onto the grid of its spatial reference.
-    // False after a failure, which is reported.
-    bool QZ_ValidateEdits(FeatureClass& pFeatureClass, Application& pApp) noexcept;
-
-    // Cleans the boundaries of a polygon class, while its editor is editing and in an edit operation of its own:
-    // vertices within `dFuzzy` become one, and boundaries are noded where they meet, so that neighbours share them bit
-    // for bit. What needed no repair stays as it is; what did is replaced by copies with the same attributes, one for
-    // each part of a polygon that fell apart. Polygons not larger than `dFuzzy` are deleted, which the user is told.
-    // `iPrec` has no effect: nodes are told apart by where they are, to the last bit. A cancelled dialog ends its walk.
-    // False, with a notice, for a class without features and when nothing is left; false when the editor isn't editing,
-    // and after a failure, which is reported and takes everything back.
-    bool QZ_TopoCleanPg(FeatureClass& pFeatureClass, double dFuzzy, std::int16_t iPrec, Application& pApp) noexcept;
-
-    // The same for a class of lines: each is replaced by copies for its stretches between the places where lines meet.
-    // False as above.
-    bool QZ_TopoCleanPl(FeatureClass& pFeatureClass, double dFuzzy, Application& pApp) noexcept;
+    // --- Single features; the version ---
 
     // Deletes every feature that the cursor delivers, null shapes included; shapes are added to the refresh area
     // before. `fCount` sizes the progress ("Deleting features: "), nothing else; `sSource` has no effect. False after a
