@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/FeatureShapes.h"
 #include "platform/app/Application.h"
 #include "platform/app/Services.h"
 
@@ -30,21 +31,18 @@ private:
 [[nodiscard]] std::string collectingText(const FeatureClass& featureClass);
 
 // The frame of a method that walks a cursor: calls `process(FeaturePtr)` for every feature, and moves the progress. The
-// progress is hidden after the last one; it stays when `process` throws.
+// user can stop it before each one. The progress is hidden after the last one; it stays when `process` throws.
 template <typename Process>
 void walkFeatures(Application& application, FeatureCursor& cursor, std::int32_t expected, const std::string& text,
                   Process process) {
     WalkProgress progress(application, expected, text);
     std::int32_t counter = 0;
     for (FeaturePtr feature = cursor.next(); feature; feature = cursor.next(), ++counter) {
+        checkInterrupt();
         process(feature);
         progress.advance(counter);
     }
     progress.hide();
-}
-
-[[nodiscard]] inline bool hasShape(const Feature& feature) {
-    return feature.shape() && !feature.shape()->isEmpty();
 }
 
 // Calls `process(FeaturePtr)` for every feature that has a shape which is neither null nor empty, without progress.

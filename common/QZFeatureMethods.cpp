@@ -17,8 +17,8 @@ bool QZ_QuickDelete(Application& application, FeatureCursor& cursor, std::int32_
         std::int32_t counter = 0;
         for (FeaturePtr feature = cursor.next(); feature; feature = cursor.next(), ++counter) {
             step = Step::shape;
-            if (const auto& shape = feature->shape(); shape && !shape->isEmpty()) {
-                refresh.add(*shape);
+            if (hasShape(*feature)) {
+                refresh.add(*feature->shape());
             }
             step = Step::remove;
             feature->remove();

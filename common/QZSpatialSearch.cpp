@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/ErrorExit.h"
+#include "platform/Error.h"
 
 namespace qz {
 
@@ -42,6 +43,15 @@ CursorPtr QZ_FindFeaturesSpatialy(const Geometry& geometry, FeatureClass& featur
         const FeatureFilter filter = spatialFilter(geometry, output, relation);
         return mode == "Update" ? featureClass.update(filter) : featureClass.search(filter);
     });
+}
+
+CursorPtr searchMeeting(const Geometry& geometry, FeatureClass& featureClass, const std::string& failure) {
+    CursorPtr cursor =
+        QZ_FindFeaturesSpatialy(geometry, featureClass, featureClass.spatialReference(), "Intersects", "Search");
+    if (!cursor) {
+        throw PlatformError(failure);
+    }
+    return cursor;
 }
 
 std::int64_t QZ_CountFeaturesSpatialy(const Geometry& geometry, FeatureClass& featureClass,

@@ -17,6 +17,10 @@ namespace qz {
                                                 const SpatialReference& output, std::string_view relation,
                                                 std::string_view mode);
 
+// A search cursor over the features that meet the geometry, as they are stored. Throws PlatformError with the text when
+// the search failed, which was reported.
+[[nodiscard]] CursorPtr searchMeeting(const Geometry& geometry, FeatureClass& featureClass, const std::string& failure);
+
 // How many features such a search gives. A failure is reported, and gives 0.
 [[nodiscard]] std::int64_t QZ_CountFeaturesSpatialy(const Geometry& geometry, FeatureClass& featureClass,
                                                     const SpatialReference& output, std::string_view relation);

@@ -8,6 +8,7 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/MapGround.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "common/QZSpatialSearch.h"
@@ -16,7 +17,6 @@
 #include "platform/app/Services.h"
 #include "polygon/QZAddPolygon.h"
 #include "polygon/QZSplitPolygon.h"
-#include "topology/MapGround.h"
 
 namespace qz {
 
@@ -151,7 +151,6 @@ bool QZ_CopySelectedFromLayer(Application& application, FeatureLayer& layer, con
         step = Step::copy;
         walkShapes(application, *found.cursor, expected.value_or(toInteger32(static_cast<double>(found.count))),
                    "Copying shapes: ", [&](const Feature& feature, const Geometry& shape) {
-                       checkInterrupt();
                        static_cast<void>(withSteppedExit(" QZ_CopySelectedFromLayer w=", Step::copy, false,
                                                          [&](Step&) { return copy(feature, shape); }));
                    });

@@ -29,7 +29,6 @@ template <typename Draw>
 void drawEach(Application& application, FeatureCursor& cursor, std::string& sName, std::int32_t expected, Draw draw) {
     GraphicLabel label(sName);
     walkShapes(application, cursor, expected, "Moving shapes: ", [&](const Feature& feature, const Geometry& shape) {
-        checkInterrupt();
         label.read(feature);
         draw(feature, shape, label.text());
     });

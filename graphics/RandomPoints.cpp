@@ -2,11 +2,11 @@
 
 #include <unordered_set>
 
+#include "common/NodeKey.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/CurvePosition.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Relations.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 

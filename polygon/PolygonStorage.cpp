@@ -6,13 +6,12 @@
 #include <fmt/format.h>
 
 #include "attributes/QZAttributeRules.h"
+#include "common/CursorWalk.h"
 #include "common/InReference.h"
 #include "common/QZFeatureClass.h"
-#include "common/QZInsertFeature.h"
 #include "common/QZSpatialSearch.h"
 #include "common/StorableParts.h"
 #include "platform/Error.h"
-#include "platform/app/Services.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Simplify.h"
 
@@ -42,19 +41,11 @@ Polygon preparedFor(const FeatureClass& featureClass, const Polygon& polygon) {
 }
 
 std::vector<FeaturePtr> featuresMeeting(const Geometry& geometry, FeatureClass& featureClass) {
-    const CursorPtr cursor =
-        QZ_FindFeaturesSpatialy(geometry, featureClass, featureClass.spatialReference(), "Intersects", "Search");
-    if (!cursor) {
-        throw PlatformError(
-            fmt::format("The polygons of {} that meet the sketch could not be found.", featureClass.schema().name));
-    }
+    const CursorPtr cursor = searchMeeting(
+        geometry, featureClass,
+        fmt::format("The polygons of {} that meet the sketch could not be found.", featureClass.schema().name));
     std::vector<FeaturePtr> features;
-    for (FeaturePtr feature = cursor->next(); feature; feature = cursor->next()) {
-        checkInterrupt();
-        if (feature->shape() && !feature->shape()->isEmpty()) {
-            features.push_back(std::move(feature));
-        }
-    }
+    forEachShaped(*cursor, [&features](const FeaturePtr& feature) { features.push_back(feature); });
     return features;
 }
 
@@ -69,6 +60,12 @@ void storeNew(const Geometry& shape, FeatureClass& featureClass) {
     const FeaturePtr feature = featureClass.createFeature();
     feature->setShape(shape);
     feature->store();
+}
+
+void storeNewParts(const Geometry& shape, FeatureClass& featureClass) {
+    for (const Geometry& part : storableParts(shape, featureClass)) {
+        storeNew(part, featureClass);
+    }
 }
 
 void storeNew(const Geometry& shape, FeatureClass& featureClass, const CopiedValues& values) {
@@ -101,12 +98,11 @@ void ShapeReplacement::replace(Feature& feature, const Polygon& polygon) {
 }
 
 void ShapeReplacement::insert(const Geometry& part, const Feature& source) {
-    if (!insertCursor_) {
-        insertCursor_ = layer_.featureClass().insert();
-        buffer_ = layer_.featureClass().createBuffer();
+    if (!copies_) {
         rules_ = QZ_GetAttRules(layer_.name());
+        copies_.emplace(layer_.featureClass(), rules_ ? &*rules_ : nullptr);
     }
-    if (!QZ_InsertFeature(*insertCursor_, *buffer_, &source, part, rules_ ? &*rules_ : nullptr)) {
+    if (!copies_->insert(part, &source)) {
         throw PlatformError(fmt::format("A part of feature {} could not be stored.", source.objectId()));
     }
 }

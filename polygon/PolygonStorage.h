@@ -1,11 +1,11 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <vector>
 
 #include "common/CopiedValues.h"
 #include "common/Dictionary.h"
+#include "common/FeatureCopies.h"
 #include "platform/app/Application.h"
 
 namespace qz {
@@ -21,6 +21,8 @@ namespace qz {
 
 // Stores the shape as a new feature, without values.
 void storeNew(const Geometry& shape, FeatureClass& featureClass);
+// A feature for each part of the shape that the class takes as one; see storableParts.
+void storeNewParts(const Geometry& shape, FeatureClass& featureClass);
 void storeNew(const Geometry& shape, FeatureClass& featureClass, const CopiedValues& values);
 
 // Writes what became of features of one layer.
@@ -36,10 +38,9 @@ private:
     void insert(const Geometry& part, const Feature& source);
 
     FeatureLayer& layer_;
-    // Made when a part needs them.
-    CursorPtr insertCursor_;
-    std::unique_ptr<FeatureBuffer> buffer_;
+    // Read and made when a part needs them.
     std::optional<Dictionary> rules_;
+    std::optional<FeatureCopies> copies_;
 };
 
 } // namespace qz

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "common/QZPlane.h"
 #include "common/StorableParts.h"
@@ -105,10 +106,6 @@ Geometry withAllCornersCut(const Polyline& line, const CornerCut& cut) {
     result.paths = {
         withCornersCut(line.paths.front(), cut, toleranceOf(line), [](std::size_t, const Path&) { return false; })};
     return result;
-}
-
-bool hasShape(const Feature* feature) {
-    return feature && feature->shape() && !feature->shape()->isEmpty();
 }
 
 bool isMultipartLine(const Geometry& shape) {

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <vector>
 
-#include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
-#include "common/StorableParts.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/EnvelopeIndex.h"
 #include "platform/geometry/SetOperations.h"
-#include "platform/geometry/Simplify.h"
+#include "polygon/CollectedPolygons.h"
 #include "polygon/PolygonStorage.h"
 #include "polygon/SketchFitting.h"
 
@@ -18,23 +16,6 @@ namespace qz {
 namespace {
 
 enum class Step { collect = 1, intersect = 2, store = 3 };
-
-struct SelectedPolygons {
-    std::vector<ObjectId> ids;
-    std::vector<Polygon> shapes;
-};
-
-SelectedPolygons collected(Application& application, FeatureLayer& layer, std::int32_t expected, RefreshArea& refresh) {
-    SelectedPolygons selected;
-    const CursorPtr cursor = layer.selection().search();
-    walkShapes(application, *cursor, expected, "Collecting polygons: ", [&](Feature& feature, const Geometry& shape) {
-        checkInterrupt();
-        refresh.add(shape);
-        selected.ids.push_back(feature.objectId());
-        selected.shapes.push_back(simplified(shape.as<Polygon>()));
-    });
-    return selected;
-}
 
 // Polygons taken apart from each other.
 class OverlapFinder {
@@ -82,9 +63,7 @@ void store(FeatureLayer& layer, const std::vector<ObjectId>& ids, const std::vec
            const std::vector<Polygon>& overlaps) {
     FeatureClass& featureClass = layer.featureClass();
     for (const Polygon& overlap : overlaps) {
-        for (const Geometry& part : storableParts(overlap, featureClass)) {
-            storeNew(part, featureClass);
-        }
+        storeNewParts(overlap, featureClass);
     }
     ShapeReplacement replacement(layer);
     for (std::size_t i = 0; i < ids.size(); ++i) {
@@ -101,7 +80,7 @@ bool QZ_IntersectSelectedPolygons(Application& application, FeatureLayer& layer,
     return withSteppedExit(
         "w= ", Step::collect, false,
         [&](Step& step) {
-            SelectedPolygons selected = collected(application, layer, expected, refresh);
+            CollectedPolygons selected = collectPolygons(application, *layer.selection().search(), expected, refresh);
             step = Step::intersect;
             const std::vector<Polygon> polygons = withCommonVertices(std::move(selected.shapes));
             const OverlapFinder finder(polygons);

@@ -4,14 +4,13 @@
 #include <optional>
 
 #include "attributes/QZAttributeRules.h"
+#include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/FeatureCopies.h"
 #include "common/InReference.h"
 #include "common/QZFuzzyTolerance.h"
-#include "common/QZInsertFeature.h"
 #include "common/QZSpatialSearch.h"
-#include "common/StorableParts.h"
 #include "platform/Error.h"
-#include "platform/app/Services.h"
 #include "platform/geometry/EnvelopeIndex.h"
 #include "polygon/QZPolygonCut.h"
 #include "polygon/SharedVertices.h"
@@ -33,21 +32,16 @@ public:
     PolygonSplitter(FeatureLayer& layer, const Polyline& line, RefreshArea& refresh)
         : class_(layer.featureClass()), line_(inReference(required(line), class_.spatialReference())),
           refresh_(refresh), rules_(QZ_GetAttRules(layer.name())), tolerance_(fuzzyToleranceOf(class_)),
-          insertCursor_(class_.insert()), buffer_(class_.createBuffer()), cutVertices_(line_, tolerance_) {}
+          copies_(class_, rules_ ? &*rules_ : nullptr), cutVertices_(line_, tolerance_) {}
 
-    // Calls `meet(feature)` for every feature with a shape that the line meets.
+    // Calls `meet(Feature&)` for every feature with a shape that the line meets.
     template <typename Meet> void forEachMet(Meet meet) {
         const CursorPtr cursor =
             QZ_FindFeaturesSpatialy(line_, class_, class_.spatialReference(), "Intersects", "Update");
         if (!cursor) {
             return; // the failure was reported
         }
-        for (FeaturePtr feature = cursor->next(); feature; feature = cursor->next()) {
-            checkInterrupt();
-            if (feature->shape() && !feature->shape()->isEmpty()) {
-                meet(*feature);
-            }
-        }
+        forEachShaped(*cursor, [&meet](const FeaturePtr& feature) { meet(*feature); });
     }
 
     // Replaces the feature by its pieces; it is a neighbour when the line doesn't cut it.
@@ -81,18 +75,11 @@ public:
 private:
     // False when one of the two could not be stored, which was reported.
     bool store(const CutPieces& pieces, const Feature& source) {
-        if (!insert(pieces.left, source)) {
+        if (!copies_.insertParts(pieces.left, source)) {
             return false;
         }
         cutVertices_.QZ_GetInsertedVerteces(pieces.left);
-        return insert(pieces.right, source);
-    }
-
-    // A layer of single parts gets a feature for each part.
-    bool insert(const Polygon& piece, const Feature& source) {
-        return std::ranges::all_of(storableParts(piece, class_), [&](const Geometry& part) {
-            return QZ_InsertFeature(*insertCursor_, *buffer_, &source, part, rules_ ? &*rules_ : nullptr);
-        });
+        return copies_.insertParts(pieces.right, source);
     }
 
     // In the order in which they were made.
@@ -121,8 +108,7 @@ private:
     RefreshArea& refresh_;
     std::optional<Dictionary> rules_;
     double tolerance_;
-    CursorPtr insertCursor_;
-    std::unique_ptr<FeatureBuffer> buffer_;
+    FeatureCopies copies_;
     CutVertices cutVertices_;
     std::vector<ObjectId> neighbours_;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/Boundary.h"
@@ -123,7 +124,7 @@ bool QZ_SquarePolygonAnglesRun(FeatureCursor& cursor, const Point* start, Refres
     enum class Step { feature = 1, rings = 2, store = 3 };
     return withSteppedExit(" QZ_SquarePolygonAnglesRun w =", Step::feature, false, [&](Step& step) {
         const FeaturePtr feature = cursor.next();
-        if (!feature || !feature->shape() || feature->shape()->isEmpty()) {
+        if (!hasShape(feature.get())) {
             return false;
         }
         const Polygon polygon = feature->shape()->as<Polygon>();

@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "common/NumberText.h"
 #include "platform/Error.h"
@@ -98,7 +99,7 @@ FeaturePtr featureNamed(const Value& key, FeatureClass& featureClass) {
     const double number = toDouble(key);
     const bool isId = std::abs(number) < endOfExactIntegers && number == std::floor(number);
     FeaturePtr feature = isId ? featureClass.feature(static_cast<ObjectId>(number)) : nullptr;
-    if (!feature || !feature->shape() || feature->shape()->isEmpty()) {
+    if (!hasShape(feature.get())) {
         throw PlatformError("There is no such feature with a shape");
     }
     return feature;

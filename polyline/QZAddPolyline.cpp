@@ -4,6 +4,7 @@
 
 #include "common/CopiedValues.h"
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "common/QZFeatureClass.h"
 #include "common/QZFeatureStorage.h"
@@ -90,13 +91,12 @@ public:
         const CursorPtr cursor = meeting(polygon);
         for (FeaturePtr feature = cursor->next(); feature; feature = cursor->next()) {
             checkInterrupt();
-            const auto& shape = feature->shape();
-            if (!shape || shape->isEmpty()) {
+            if (!hasShape(*feature)) {
                 feature->remove();
                 continue;
             }
-            refresh_.add(*shape);
-            const auto& line = shape->as<Polyline>();
+            refresh_.add(*feature->shape());
+            const auto& line = feature->shape()->as<Polyline>();
             if (inside.holdsFor(Point(pointAtRatio(line, 0.5).value(), line))) {
                 feature->remove();
             }
@@ -105,13 +105,7 @@ public:
 
 private:
     [[nodiscard]] CursorPtr meeting(const Geometry& shape) {
-        FeatureClass& featureClass = layer_.featureClass();
-        CursorPtr cursor =
-            QZ_FindFeaturesSpatialy(shape, featureClass, featureClass.spatialReference(), "Intersects", "Search");
-        if (!cursor) {
-            throw PlatformError("The lines that meet the new one could not be found.");
-        }
-        return cursor;
+        return searchMeeting(shape, layer_.featureClass(), "The lines that meet the new one could not be found.");
     }
 
     bool nodeWithOthers(const Polyline& line) {

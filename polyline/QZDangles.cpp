@@ -4,10 +4,10 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/NodeKey.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Project.h"
 #include "platform/geometry/Relations.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 

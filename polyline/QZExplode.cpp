@@ -3,7 +3,7 @@
 #include "attributes/QZAttributeRules.h"
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
-#include "common/QZInsertFeature.h"
+#include "common/FeatureCopies.h"
 #include "platform/Error.h"
 #include "platform/geometry/Boundary.h"
 #include "platform/geometry/Measures.h"
@@ -39,10 +39,9 @@ Parts partsOf(const Geometry& shape) {
 
 // Stores each part with the values of the source, then deletes the source.
 void replace(Feature& source, const Parts& parts, FeatureClass& featureClass, const Dictionary& rules) {
-    const CursorPtr cursor = featureClass.insert();
-    const auto buffer = featureClass.createBuffer();
+    FeatureCopies copies(featureClass, &rules);
     for (const Geometry& part : parts) {
-        if (!QZ_InsertFeature(*cursor, *buffer, &source, part, &rules)) {
+        if (!copies.insert(part, &source)) {
             throw PlatformError("A part could not be stored");
         }
     }

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "common/QZPlane.h"
 #include "common/QZSpatialSearch.h"
@@ -137,10 +138,7 @@ enum class Step { line = 1, extension = 2, meeting = 3, store = 4, split = 5 };
 bool QZ_ExtendPolyline2(FeatureLayer& layer, FeatureCursor& cursor, const ExtensionClicks& clicks, double fuzzy,
                         RefreshArea& refresh, bool split, bool bOver) {
     return withSteppedExit(" QZ_ExtendPolyline2 w=", Step::line, false, [&](Step& step) {
-        const FeaturePtr feature = cursor.next();
-        if (!feature || !feature->shape() || feature->shape()->isEmpty()) {
-            throw PlatformError("There is no line to extend");
-        }
+        const FeaturePtr feature = firstFeature(cursor, "There is no line to extend");
         const auto& given = feature->shape()->as<Polyline>();
         if (given.paths.size() > 1) {
             showMessage("A multipart polyline selected!\nExplode it and try again.");

@@ -1,13 +1,9 @@
 #include "polyline/QZOffset.h"
 
-#include <algorithm>
-
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/FeatureCopies.h"
 #include "common/InReference.h"
-#include "common/QZInsertFeature.h"
-#include "common/StorableParts.h"
-#include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/CurvePosition.h"
 #include "platform/geometry/Offset.h"
@@ -18,13 +14,7 @@ namespace {
 
 enum class Step { line = 1, offset = 2, store = 3 };
 
-FeaturePtr firstLine(FeatureCursor& cursor) {
-    FeaturePtr feature = cursor.next();
-    if (!feature || !feature->shape() || feature->shape()->isEmpty()) {
-        throw PlatformError("There is no line to offset.");
-    }
-    return feature;
-}
+constexpr const char* noLine = "There is no line to offset.";
 
 const Polyline& lineOf(const Feature& feature) {
     return feature.shape()->as<Polyline>();
@@ -55,26 +45,20 @@ private:
     int options_;
 };
 
-// Inserts copies of features with other shapes.
-class CopyStore {
+// Inserts offsets as copies of their sources.
+class OffsetStore {
 public:
-    CopyStore(FeatureClass& featureClass, RefreshArea& refresh)
-        : class_(featureClass), refresh_(refresh), cursor_(featureClass.insert()),
-          buffer_(featureClass.createBuffer()) {}
+    OffsetStore(FeatureClass& featureClass, RefreshArea& refresh) : refresh_(refresh), copies_(featureClass, nullptr) {}
 
     // False after a failure, which was reported.
     bool insert(const Polyline& line, const Feature& source) {
         refresh_.add(line);
-        return std::ranges::all_of(storableParts(line, class_), [&](const Geometry& part) {
-            return QZ_InsertFeature(*cursor_, *buffer_, &source, part, nullptr);
-        });
+        return copies_.insertParts(line, source);
     }
 
 private:
-    FeatureClass& class_;
     RefreshArea& refresh_;
-    CursorPtr cursor_;
-    std::unique_ptr<FeatureBuffer> buffer_;
+    FeatureCopies copies_;
 };
 
 int optionsOfSingle(std::int16_t vMethod) {
@@ -91,7 +75,7 @@ int optionsOfSeveral(std::int16_t vMethod) {
 bool QZ_OffsetPolyline(FeatureClass& featureClass, FeatureCursor& cursor, const Point& click,
                        const OffsetRequest& request, bool bCopy, RefreshArea& refresh) {
     return withSteppedExit(" QZ_OffsetPolyline w=", Step::line, false, [&](Step& step) {
-        const FeaturePtr feature = firstLine(cursor);
+        const FeaturePtr feature = firstFeature(cursor, noLine);
         const Polyline& line = lineOf(*feature);
         refresh.add(line);
         step = Step::offset;
@@ -101,7 +85,7 @@ bool QZ_OffsetPolyline(FeatureClass& featureClass, FeatureCursor& cursor, const 
         if (copy.isEmpty()) {
             return true;
         }
-        if (!CopyStore(featureClass, refresh).insert(copy, *feature)) {
+        if (!OffsetStore(featureClass, refresh).insert(copy, *feature)) {
             return false;
         }
         if (!bCopy) {
@@ -115,7 +99,7 @@ bool QZ_OffsetDouble(Application& application, FeatureClass& featureClass, Featu
                      const OffsetRequest& request, bool bCopy, RefreshArea& refresh) {
     return withSteppedExit(" QZ_OffsetDouble w=", Step::line, false, [&](Step& step) {
         const OffsetBuilder builder(request, optionsOfSeveral(request.vMethod));
-        CopyStore store(featureClass, refresh);
+        OffsetStore store(featureClass, refresh);
         bool allProcessed = true, allStored = true;
         walkShapes(application, cursor, expected, "Offsetting polylines: ", [&](Feature& feature, const Geometry&) {
             refresh.add(*feature.shape());
@@ -141,12 +125,12 @@ bool QZ_OffsetDouble(Application& application, FeatureClass& featureClass, Featu
 bool QZ_OffsetPolylineMulti(FeatureClass& featureClass, FeatureCursor& cursor, const Point& click,
                             const OffsetRequest& request, std::int32_t number, RefreshArea& refresh) {
     return withSteppedExit(" QZ_OffsetPolylineMulti w=", Step::line, false, [&](Step& step) {
-        const FeaturePtr feature = firstLine(cursor);
+        const FeaturePtr feature = firstFeature(cursor, noLine);
         const Polyline& line = lineOf(*feature);
         refresh.add(line);
         const double distance = towards(click, line, request.distance);
         const OffsetBuilder builder(request, optionsOfSeveral(request.vMethod));
-        CopyStore store(featureClass, refresh);
+        OffsetStore store(featureClass, refresh);
         for (std::int32_t k = 1; k <= number; ++k) {
             checkInterrupt();
             step = Step::offset;

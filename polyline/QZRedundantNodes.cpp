@@ -10,11 +10,11 @@
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
 #include "common/InReference.h"
+#include "common/NodeKey.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/EnclosingCircle.h"
 #include "platform/geometry/Measures.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 
@@ -144,7 +144,6 @@ bool QZ_RemoveRedundantNodes(Application& application, FeatureClass& featureClas
         const EndSearch search(*envelope, application.focusMap().spatialReference());
         EndGathering ends(nodeDecimals(featureClass), search);
         walkFeatures(application, cursor, expected, "Collecting polylines: ", [&](const FeaturePtr& feature) {
-            checkInterrupt();
             if (hasShape(*feature)) {
                 refresh.add(*feature->shape());
                 ends.add(feature);

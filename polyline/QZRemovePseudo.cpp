@@ -12,10 +12,10 @@
 #include "attributes/QZAttributeTransfer.h"
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/NodeKey.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "topology/EdgeChains.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 
@@ -148,7 +148,6 @@ bool QZ_RemovePseudo(Application& application, FeatureLayer& layer, FeatureCurso
         DissolveNetwork network(nodeDecimals(featureClass), fieldAt(featureClass.schema(), dissolveField));
         step = Step::collect;
         walkFeatures(application, cursor, expected, "Collecting polylines: ", [&](const FeaturePtr& line) {
-            checkInterrupt();
             if (hasShape(*line)) {
                 network.add(line);
             }

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
@@ -107,8 +108,7 @@ bool QZ_GetReshFeature(FeatureCursor& cursor, const Polyline& sketch, double tol
         step = Candidates::walk;
         int count = 0;
         for (FeaturePtr feature = cursor.next(); feature; feature = cursor.next()) {
-            if (feature->shape() && !feature->shape()->isEmpty() &&
-                isCandidate(feature->shape()->as<Polyline>(), sketch, tolerance, decimals)) {
+            if (hasShape(*feature) && isCandidate(feature->shape()->as<Polyline>(), sketch, tolerance, decimals)) {
                 last = toInteger32(static_cast<double>(feature->objectId()));
                 ++count;
             }
@@ -120,7 +120,7 @@ bool QZ_GetReshFeature(FeatureCursor& cursor, const Polyline& sketch, double tol
 
 bool QZ_ReshapePolyline(FeatureCursor& cursor, Feature* feature, const Polyline& sketch, RefreshArea& refresh) {
     return withSteppedExit(" QZ_ReshapePolyline w=", Step::sketch, false, [&](Step& step) {
-        if (!feature || !feature->shape() || feature->shape()->isEmpty()) {
+        if (!hasShape(feature)) {
             return true;
         }
         const auto& line = feature->shape()->as<Polyline>();

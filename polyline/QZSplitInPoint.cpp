@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureShapes.h"
 #include "common/InReference.h"
 #include "common/QZFuzzyTolerance.h"
 #include "platform/Error.h"
@@ -92,10 +93,7 @@ bool QZ_SplitInPoint2(FeatureLayer& layer, FeatureCursor& cursor, const SplitPla
     return withSteppedExit(" QZ_SplitInPoint2 w=", Step::layer, false, [&](Step& step) {
         LineSplitter splitter(layer, bOver);
         step = Step::line;
-        const FeaturePtr feature = cursor.next();
-        if (!feature || !feature->shape() || feature->shape()->isEmpty()) {
-            throw PlatformError("There is no line to split");
-        }
+        const FeaturePtr feature = firstFeature(cursor, "There is no line to split");
         const auto& line = feature->shape()->as<Polyline>();
         const Polyline measured = inReference(line, place.reference);
         refresh.add(measured);

@@ -5,7 +5,6 @@
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
 #include "common/InReference.h"
-#include "platform/Error.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Orientation.h"
 #include "platform/geometry/Simplify.h"
@@ -149,7 +148,7 @@ bool QZ_InsertVertexRun(FeatureCursor& cursor, Feature* feature, const Point& po
                         Point& inserted, bool bSame) {
     enum class Step { shape = 1, insert = 2, store = 3 };
     return withSteppedExit(" QZ_InsertVertexRun w=", Step::shape, false, [&](Step& step) {
-        if (!feature || !feature->shape() || feature->shape()->isEmpty() || !(lengthOf(*feature->shape()) > 0)) {
+        if (!hasShape(feature) || !(lengthOf(*feature->shape()) > 0)) {
             return true;
         }
         Geometry shape = *feature->shape();

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "topology/NodeKey.h"
+#include "common/NodeKey.h"
 
 namespace qz {
 

@@ -5,11 +5,11 @@
 #include <iterator>
 #include <tuple>
 
+#include "common/NodeKey.h"
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/EnvelopeIndex.h"
 #include "platform/geometry/SegmentIntersection.h"
 #include "topology/EdgeChains.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 

@@ -5,9 +5,9 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/NodeKey.h"
 #include "common/QZPrecision.h"
 #include "topology/FinderSearch.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 

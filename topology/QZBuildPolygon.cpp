@@ -5,11 +5,10 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/NodeKey.h"
 #include "common/QZSpatialSearch.h"
-#include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "polygon/QZAddPolygon.h"
-#include "topology/NodeKey.h"
 #include "topology/QZPolylineToPolygon.h"
 
 namespace qz {

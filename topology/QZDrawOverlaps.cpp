@@ -6,10 +6,10 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/MapGround.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/SetOperations.h"
-#include "platform/geometry/Simplify.h"
-#include "topology/MapGround.h"
+#include "polygon/CollectedPolygons.h"
 #include "topology/OverlapCandidates.h"
 #include "topology/QZOverGaps.h"
 
@@ -18,24 +18,6 @@ namespace qz {
 namespace {
 
 enum class Step { search = 1, collect = 2, analyse = 3 };
-enum class TopoStep { graph = 1, edges = 2, draw = 3 };
-
-struct CollectedPolygons {
-    std::vector<ObjectId> ids; // ascending
-    std::vector<Polygon> shapes;
-};
-
-CollectedPolygons collected(Application& application, FeatureCursor& cursor, std::int32_t expected,
-                            RefreshArea& refresh) {
-    CollectedPolygons polygons;
-    walkShapes(application, cursor, expected, "Collecting polygons: ", [&](Feature& feature, const Geometry& shape) {
-        checkInterrupt();
-        refresh.add(shape);
-        polygons.ids.push_back(feature.objectId());
-        polygons.shapes.push_back(simplified(shape.as<Polygon>()));
-    });
-    return polygons;
-}
 
 std::optional<CoverFault> faultNamed(std::string_view what) {
     if (what == "Overlaps") {
@@ -52,15 +34,15 @@ bool QZ_DrawOverlaps(Application& application, FeatureLayer& layer, std::int32_t
         FeatureClass& featureClass = layer.featureClass();
         const Polygon ground = groundOf(application, shownWithin(application, envelope), featureClass);
         step = Step::collect;
-        const CollectedPolygons polygons = collected(application, *featuresOn(ground, featureClass), expected, refresh);
+        const std::vector<Polygon> polygons =
+            collectPolygons(application, *featuresOn(ground, featureClass), expected, refresh).shapes;
         step = Step::analyse;
-        const OverlapCandidates candidates(polygons.shapes);
+        const OverlapCandidates candidates(polygons);
         WalkProgress progress(application, expected, "Analyzing overlaps : ");
-        for (std::size_t later = 0; later < polygons.shapes.size(); ++later) {
+        for (std::size_t later = 0; later < polygons.size(); ++later) {
             checkInterrupt();
             for (const std::uint32_t earlier : candidates.earlierOf()[later]) {
-                const Geometry common =
-                    intersection(polygons.shapes[later], polygons.shapes[earlier], ResultDimension::areas);
+                const Geometry common = intersection(polygons[later], polygons[earlier], ResultDimension::areas);
                 if (!common.isEmpty()) {
                     paint(application, common.as<Polygon>(), symbol);
                 }

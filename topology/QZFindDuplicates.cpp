@@ -6,12 +6,12 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/NodeKey.h"
 #include "common/QZFuzzyTolerance.h"
 #include "common/QZPrecision.h"
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/XYHash.h"
 #include "topology/FinderSearch.h"
-#include "topology/NodeKey.h"
 
 namespace qz {
 
@@ -76,7 +76,6 @@ bool findDuplicates(const ActiveView& view, FeatureClass& featureClass, const Sp
 bool removeDuplicates(Application& application, FeatureCursor& cursor, std::int32_t expected, const char* text,
                       RefreshArea& refresh, auto seen) {
     walkFeatures(application, cursor, expected, text, [&](const FeaturePtr& feature) {
-        checkInterrupt();
         if (hasShape(*feature) && seen.repeats(*feature->shape())) {
             refresh.add(*feature->shape());
             feature->remove();

@@ -5,14 +5,13 @@
 
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
+#include "common/MapGround.h"
 #include "common/QZSpatialSearch.h"
-#include "common/StorableParts.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/Boundary.h"
 #include "platform/geometry/Relations.h"
 #include "platform/geometry/Simplify.h"
 #include "topology/GapMerging.h"
-#include "topology/MapGround.h"
 #include "topology/QZOverGaps.h"
 
 namespace qz {
@@ -33,7 +32,6 @@ std::vector<Polygon> polygonsOn(Application& application, const Polygon& ground,
     std::vector<Polygon> polygons;
     walkShapes(application, *featuresOn(ground, featureClass), static_cast<std::int32_t>(count),
                "Collecting polygons: ", [&](Feature&, const Geometry& shape) {
-                   checkInterrupt();
                    polygons.push_back(simplified(shape.as<Polygon>()));
                });
     return polygons;
@@ -50,12 +48,6 @@ GeometryCollection gapsOn(const Polygon& ground, const Polygon& frame, const std
         }
     }
     return gaps;
-}
-
-void storeNewPolygon(const Polygon& gap, FeatureClass& featureClass) {
-    for (const Geometry& part : storableParts(gap, featureClass)) {
-        storeNew(part, featureClass);
-    }
 }
 
 template <typename See> void forEachGap(const GeometryCollection& gaps, const FeatureClass& featureClass, See see) {
@@ -100,7 +92,7 @@ bool QZ_FillGaps(FeatureLayer& layer, const GeometryCollection& gaps, std::strin
     return withErrorExit(" QZ_FillGaps", false, [&] {
         FeatureClass& featureClass = layer.featureClass();
         if (sHow == "New Polygon") {
-            forEachGap(gaps, featureClass, [&](const Polygon& gap) { storeNewPolygon(gap, featureClass); });
+            forEachGap(gaps, featureClass, [&](const Polygon& gap) { storeNewParts(gap, featureClass); });
             return true;
         }
         GapMerging merging(layer);

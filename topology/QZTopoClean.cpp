@@ -9,8 +9,8 @@
 #include <fmt/ranges.h>
 
 #include "common/ErrorExit.h"
+#include "common/FeatureCopies.h"
 #include "common/NumberText.h"
-#include "common/QZInsertFeature.h"
 #include "platform/Error.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/Boundary.h"
@@ -242,8 +242,7 @@ private:
     // Replaces every feature that was rebuilt.
     bool store(const TopologyGraph& graph, Step& step) {
         const CursorPtr sources = class_.update(rebuiltFeatures(graph));
-        const CursorPtr insertCursor = class_.insert();
-        const auto buffer = class_.createBuffer();
+        FeatureCopies copies(class_, &rules_);
         std::vector<ObjectId> vanished;
         bool stored = true;
         walkCancellable(application_, {texts_.storingTitle, "Storing features...", " Features processed"},
@@ -253,9 +252,8 @@ private:
                                 return;
                             }
                             const FeaturePtr source = sources->next();
-                            stored = std::ranges::all_of(*shapes, [&](const Geometry& shape) {
-                                return QZ_InsertFeature(*insertCursor, *buffer, source.get(), shape, &rules_);
-                            });
+                            stored = std::ranges::all_of(
+                                *shapes, [&](const Geometry& shape) { return copies.insert(shape, source.get()); });
                             if (stored) {
                                 sources->remove();
                             }

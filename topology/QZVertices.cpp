@@ -58,7 +58,7 @@ std::optional<Multipoint> QZ_AnalyseNaNs(const ActiveView& view, FeatureLayer& l
         const CursorPtr cursor = featuresToLookAt(view, featureClass, reference, "Visible", mostUnmeasured);
         bChecked = cursor != nullptr;
         if (!bChecked) {
-            services().showMessage(tooManyUnmeasured);
+            showMessage(tooManyUnmeasured);
             return std::nullopt;
         }
         step = Step::vertices;

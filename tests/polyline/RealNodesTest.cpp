@@ -5,13 +5,13 @@
 #include <map>
 #include <set>
 
+#include "common/NodeKey.h"
 #include "platform/geometry/Measures.h"
 #include "polyline/QZDangles.h"
 #include "polyline/QZRedundantNodes.h"
 #include "polyline/QZRemovePseudo.h"
 #include "tests/support/RealData.h"
 #include "tests/support/StreetsFixture.h"
-#include "topology/NodeKey.h"
 #include "topology/QZAnalyseNodes.h"
 
 namespace qz::test {

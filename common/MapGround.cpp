@@ -1,10 +1,9 @@
-#include "topology/MapGround.h"
+#include "common/MapGround.h"
 
 #include <fmt/format.h>
 
 #include "common/InReference.h"
 #include "common/QZSpatialSearch.h"
-#include "platform/Error.h"
 
 namespace qz {
 
@@ -20,13 +19,9 @@ Polygon groundOf(Application& application, const Envelope& envelope, const Featu
 }
 
 CursorPtr featuresOn(const Polygon& ground, FeatureClass& featureClass) {
-    CursorPtr cursor =
-        QZ_FindFeaturesSpatialy(ground, featureClass, featureClass.spatialReference(), "Intersects", "Search");
-    if (!cursor) {
-        throw PlatformError(
-            fmt::format("The features of {} in the extent could not be found.", featureClass.schema().name));
-    }
-    return cursor;
+    return searchMeeting(
+        ground, featureClass,
+        fmt::format("The features of {} in the extent could not be found.", featureClass.schema().name));
 }
 
 void paint(Application& application, const Polygon& polygon, const FillSymbol& symbol) {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "common/NodeKey.h"
 #include "common/NumberText.h"
 #include "platform/Error.h"
-#include "topology/NodeKey.h"
 
 namespace qz::test {
 namespace {

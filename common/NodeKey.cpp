@@ -1,4 +1,4 @@
-#include "topology/NodeKey.h"
+#include "common/NodeKey.h"
 
 #include <array>
 #include <charconv>
