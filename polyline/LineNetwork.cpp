@@ -123,6 +123,16 @@ bool joinsParts(const LinePaths& paths, std::size_t path, const Node& node) {
            paths.lineOf(node.otherPath) == paths.lineOf(path);
 }
 
+// Those of a path with its own line and with the lines after it.
+void addMeetingsWithLater(const LinePaths& paths, std::size_t path, const std::vector<Node>& nodes,
+                          std::vector<Meeting>& meetings) {
+    for (const Node& node : nodes) {
+        if (paths.lineOf(node.otherPath) >= paths.lineOf(path) && !joinsParts(paths, path, node)) {
+            meetings.push_back(meetingAt(paths, path, node));
+        }
+    }
+}
+
 ContactTolerance contactTolerance(const Polyline& line) {
     const CoordinateGrid& grid = line.spatialReference.grid();
     return {grid.xyTolerance, grid.xyResolution};
@@ -183,11 +193,7 @@ std::vector<SplitPoint> LineNetwork::crossings(const std::function<void(std::siz
     for (std::size_t line = 0, path = 0; line < lines_.size(); ++line) {
         std::vector<Meeting> meetings;
         for (; path < nodes.size() && paths.lineOf(path) == line; ++path) {
-            for (const Node& node : nodes[path]) {
-                if (paths.lineOf(node.otherPath) >= line && !joinsParts(paths, path, node)) {
-                    meetings.push_back(meetingAt(paths, path, node));
-                }
-            }
+            addMeetingsWithLater(paths, path, nodes[path], meetings);
         }
         sortByPair(meetings);
         forEachPair(meetings, [&](std::span<const Meeting> pair) {
