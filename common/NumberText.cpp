@@ -93,24 +93,6 @@ std::string joined(const Decimal& decimal, const std::string& integerPart, const
     return sign + integerPart + (fraction.empty() ? "" : services().locale.decimalMark + fraction);
 }
 
-std::string grouped(const std::string& digits) {
-    std::string text;
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        if (i > 0 && (digits.size() - i) % 3 == 0) {
-            text += services().locale.groupingMark;
-        }
-        text += digits[i];
-    }
-    return text;
-}
-
-template <typename Layout> std::string formatted(double number, int decimals, Layout layout) {
-    Decimal decimal = decimalOf(number);
-    roundHalfAwayFromZero(decimal, decimals);
-    const std::string integerPart = digitsBetween(decimal, std::max(decimal.exponent, 0), 0);
-    return joined(decimal, layout(integerPart), digitsBetween(decimal, -1, -decimals));
-}
-
 std::string scientific(const Decimal& decimal) {
     const char sign = decimal.exponent < 0 ? '-' : '+';
     return joined(decimal, decimal.digits.substr(0, 1), decimal.digits.substr(1)) +
@@ -144,11 +126,10 @@ bool looksLikeNumber(std::string_view plain) {
 } // namespace
 
 std::string formatUngrouped(double number, int decimals) {
-    return formatted(number, decimals, [](const std::string& digits) { return digits; });
-}
-
-std::string formatNumber(double number, int decimals) {
-    return formatted(number, decimals, grouped);
+    Decimal decimal = decimalOf(number);
+    roundHalfAwayFromZero(decimal, decimals);
+    return joined(decimal, digitsBetween(decimal, std::max(decimal.exponent, 0), 0),
+                  digitsBetween(decimal, -1, -decimals));
 }
 
 std::string defaultText(double number) {

@@ -15,9 +15,6 @@ namespace qz {
 // to zero has no sign. Throws PlatformError ("Overflow") for one that is not finite.
 [[nodiscard]] std::string formatUngrouped(double number, int decimals);
 
-// The same with the integer part in groups of three: "-1,234.50".
-[[nodiscard]] std::string formatNumber(double number, int decimals);
-
 // The shortest text of the first 15 significant digits: "0.075", "1E+15", "7.50750750750751E-02". Scientific when more
 // than 15 digits would stand before or after the decimal mark. Throws PlatformError ("Overflow") for a number that is
 // not finite.

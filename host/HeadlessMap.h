@@ -56,24 +56,18 @@ public:
     [[nodiscard]] Envelope visibleBounds() const override;
     void setVisibleBounds(const Envelope& bounds) { bounds_ = bounds; }
     [[nodiscard]] const SpatialReference& spatialReference() const override;
-    void refresh() override { ++refreshCount_; }
-    void partialRefresh(const Envelope& area) override { refreshedAreas_.push_back(area); }
+    // Pictures are drawn when they are asked for.
+    void refresh() override {}
+    void partialRefresh(const Envelope&) override {}
     [[nodiscard]] HeadlessGraphics& graphics() override { return graphics_; }
     [[nodiscard]] const HeadlessGraphics& graphics() const noexcept { return graphics_; }
     [[nodiscard]] HeadlessDisplay& display() override { return display_; }
-
-    // How often all was drawn again.
-    [[nodiscard]] std::int64_t refreshCount() const noexcept { return refreshCount_; }
-    // The areas of the partial refreshes, in order.
-    [[nodiscard]] const std::vector<Envelope>& refreshedAreas() const noexcept { return refreshedAreas_; }
 
 private:
     HeadlessMap& map_;
     Envelope bounds_;
     HeadlessGraphics graphics_;
     HeadlessDisplay display_;
-    std::int64_t refreshCount_ = 0;
-    std::vector<Envelope> refreshedAreas_;
 };
 
 // Layers, graphics and one view of them. The feature classes belong to their workspaces and must outlive the layers.

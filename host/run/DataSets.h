@@ -27,11 +27,6 @@ public:
     // naming the layers there are.
     [[nodiscard]] OpenLayer open(const std::string& place, const std::string& output = {});
 
-    [[nodiscard]] const std::map<std::pair<std::string, std::string>, std::unique_ptr<OverlayWorkspace>>&
-    workspaces() const noexcept {
-        return workspaces_;
-    }
-
 private:
     [[nodiscard]] OverlayWorkspace& workspace(const std::string& path, const std::string& output);
 

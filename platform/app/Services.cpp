@@ -21,19 +21,10 @@ SystemLocale openLocale(const std::string& name) {
     return locale;
 }
 
-std::string usualGroupingMark(const std::string& decimalMark) {
-    return decimalMark == "," ? "." : ",";
-}
-
 } // namespace
 
 NumberLocale NumberLocale::named(const std::string& name) {
-    const SystemLocale locale = openLocale(name);
-    NumberLocale result{nl_langinfo_l(RADIXCHAR, locale.get()), nl_langinfo_l(THOUSEP, locale.get())};
-    if (result.groupingMark.empty()) {
-        result.groupingMark = usualGroupingMark(result.decimalMark);
-    }
-    return result;
+    return {nl_langinfo_l(RADIXCHAR, openLocale(name).get())};
 }
 
 Services& services() {

@@ -12,7 +12,6 @@ namespace qz {
 // How the user's system writes numbers.
 struct NumberLocale {
     std::string decimalMark = ".";
-    std::string groupingMark = ",";
 
     // By the operating system's name ("de_DE.UTF-8"; "" for the one the user's environment sets; "C").
     // Throws PlatformError when the system doesn't have it.

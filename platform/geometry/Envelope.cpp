@@ -9,8 +9,4 @@ void Envelope::expandToInclude(const Envelope& other) noexcept {
     }
 }
 
-Envelope Envelope::scaledBy(double ratio) const noexcept {
-    return expandedBy((ratio - 1) / 2 * width(), (ratio - 1) / 2 * height());
-}
-
 } // namespace qz

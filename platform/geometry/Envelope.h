@@ -42,8 +42,6 @@ struct Envelope {
         const Envelope moved{xMin - dx, yMin - dy, xMax + dx, yMax + dy};
         return moved.isEmpty() ? Envelope{} : moved;
     }
-    // Width and height multiplied about the centre.
-    [[nodiscard]] Envelope scaledBy(double ratio) const noexcept;
 
     friend bool operator==(const Envelope&, const Envelope&) = default;
 };

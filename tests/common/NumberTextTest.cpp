@@ -11,8 +11,8 @@ namespace qz {
 namespace {
 
 struct NumberText : testing::Test {
-    static void useMarks(const char* decimal, const char* grouping) { services().locale = {decimal, grouping}; }
-    NumberText() { useMarks(".", ","); }
+    static void useMark(const char* mark) { services().locale = {mark}; }
+    NumberText() { useMark("."); }
     ScopedServices restored;
 };
 
@@ -22,7 +22,7 @@ TEST_F(NumberText, RoundsHalvesAwayFromZeroInTheFirstFifteenDigits) {
         int decimals;
         const char* text;
     } rows[] = {
-        {-1234.5, 2, "-1,234.50"},
+        {-1234.5, 2, "-1234.50"},
         {2.5, 0, "3"},
         {-2.5, 0, "-3"},
         {1.005, 2, "1.01"}, // 1.00499999999999989 in binary, 1.00500000000000 in 15 digits
@@ -31,20 +31,19 @@ TEST_F(NumberText, RoundsHalvesAwayFromZeroInTheFirstFifteenDigits) {
         {0.05, 1, "0.1"},
         {-0.004, 2, "0.00"},
         {-0.0, 1, "0.0"},
-        {999.995, 2, "1,000.00"},
+        {999.995, 2, "1000.00"},
         {0.999, 2, "1.00"},
-        {1234567, 0, "1,234,567"},
-        {1e18, 1, "1,000,000,000,000,000,000.0"},
+        {1234567, 0, "1234567"},
+        {1e18, 1, "1000000000000000000.0"},
         {0.001, 20, "0.00100000000000000000"},
-        {123456789.123456789, 12, "123,456,789.123457000000"},
+        {123456789.123456789, 12, "123456789.123457000000"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(formatNumber(row.number, row.decimals), row.text);
+        EXPECT_EQ(formatUngrouped(row.number, row.decimals), row.text);
     }
-    EXPECT_EQ(formatUngrouped(1234567.25, 1), "1234567.3");
-    EXPECT_THROW(static_cast<void>(formatNumber(std::nan(""), 2)), PlatformError);
-    useMarks(",", ".");
-    EXPECT_EQ(formatNumber(-1234.5, 2), "-1.234,50");
+    EXPECT_THROW(static_cast<void>(formatUngrouped(std::nan(""), 2)), PlatformError);
+    useMark(",");
+    EXPECT_EQ(formatUngrouped(-1234.5, 2), "-1234,50");
 }
 
 TEST_F(NumberText, DefaultTextHasFifteenDigits) {
@@ -65,7 +64,7 @@ TEST_F(NumberText, ReadsTheSameNumberInEveryLocale) {
                                                       {"1d2", 100}, {".5", 0.5},    {"-.5", -0.5}};
     const char* const others[] = {"", " ", "12a", "1,500", "1 2", "inf", "nan", "+-3", "-", ".", "1.2.3", "&H1F", "e5"};
     for (const char* mark : {".", ","}) {
-        useMarks(mark, mark[0] == '.' ? "," : ".");
+        useMark(mark);
         for (const auto& [text, number] : numbers) {
             EXPECT_EQ(toDouble(std::string(text)), number) << text;
         }
@@ -76,7 +75,7 @@ TEST_F(NumberText, ReadsTheSameNumberInEveryLocale) {
         }
     }
     EXPECT_EQ(toDouble(std::string("1,5")), 1.5) << "the mark of the locale";
-    useMarks(".", ",");
+    useMark(".");
     EXPECT_FALSE(isNumeric(std::string("1,5")));
     EXPECT_EQ(std::get<std::int64_t>(toNumber(std::string("9007199254740993"))), 9007199254740993);
     EXPECT_FALSE(isNumeric(Value()));
@@ -96,7 +95,7 @@ TEST_F(NumberText, PrecisionOfATolerance) {
         {1e7, 1, 1},     {1000, 3, 2},
     };
     for (const char* mark : {".", ","}) {
-        useMarks(mark, mark[0] == '.' ? "," : ".");
+        useMark(mark);
         for (const auto& row : rows) {
             EXPECT_EQ(QZ_PrecisionFromTolerance(row.tolerance), row.precision) << row.tolerance;
             EXPECT_EQ(QZ_DecimalsFromTolerance(row.tolerance), row.decimals) << row.tolerance;

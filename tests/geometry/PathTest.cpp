@@ -161,11 +161,10 @@ TEST(Geometry, NamesBothKindsWhenItIsAnother) {
     }
 }
 
-TEST(Envelope, GrowsShrinksAndScales) {
+TEST(Envelope, GrowsAndShrinks) {
     const Envelope envelope{0, 0, 10, 20};
     EXPECT_EQ(envelope.expandedBy(1, 2), (Envelope{-1, -2, 11, 22}));
     EXPECT_TRUE(envelope.expandedBy(-6, 0).isEmpty());
-    EXPECT_EQ(envelope.scaledBy(1.5), (Envelope{-2.5, -5, 12.5, 25}));
     EXPECT_FALSE(envelope.intersects(Envelope()));
     EXPECT_TRUE(envelope.intersects({10, 20, 30, 30})) << "a common corner is enough";
     Envelope grown;

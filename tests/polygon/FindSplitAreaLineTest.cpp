@@ -23,7 +23,7 @@ constexpr const char* shortfall =
 
 struct FindSplitAreaLine : testing::Test {
     FindSplitAreaLine() {
-        services().locale = {".", ","};
+        services().locale = {"."};
         services().showMessage = [this](const std::string& text) { messages.push_back(text); };
     }
 
