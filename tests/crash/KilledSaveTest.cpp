@@ -22,7 +22,6 @@
 namespace qz::test {
 namespace {
 
-constexpr int kills = 50;
 constexpr int longestMilliseconds = 40;
 
 struct Format {
@@ -98,6 +97,12 @@ ChangeSet nextGeneration(FeatureSource& roads) {
 const char* variable(const char* name) {
     const char* value = std::getenv(name);
     return value == nullptr ? "" : value;
+}
+
+// How often each format is killed: QZ_KILLS, or a few times.
+int kills() {
+    const int asked = std::atoi(variable("QZ_KILLS"));
+    return asked > 0 ? asked : 50;
 }
 
 // Not a test of its own: what the process to be killed does.
@@ -184,7 +189,7 @@ TEST_P(KilledSave, LeavesTheStateBeforeOrAfter) {
     std::uniform_int_distribution<int> instant(0, longestMilliseconds * 1000);
     int last = 0;
     int progressed = 0;
-    for (int i = 0; i < kills && !HasFatalFailure(); ++i) {
+    for (int i = 0; i < kills() && !HasFatalFailure(); ++i) {
         SCOPED_TRACE(i);
         runAndKill(path, output, std::chrono::microseconds(instant(random)));
         const int generation = wholeGeneration(path, format.rows);
@@ -201,7 +206,7 @@ TEST_P(KilledSave, LeavesTheStateBeforeOrAfter) {
         }
         EXPECT_EQ(namesIn(folder), files);
     }
-    EXPECT_GT(progressed, kills / 4); // enough of them were killed after a save
+    EXPECT_GT(progressed, kills() / 4); // enough of them were killed after a save
     std::filesystem::remove_all(folder);
 }
 
