@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "host/HeadlessMap.h"
+#include "host/ReplacedFile.h"
 
 namespace qz {
 
@@ -19,8 +21,10 @@ namespace qz {
 // holds anything else than graphics, DataError when it can't be read.
 void readGraphics(const std::string& path, HeadlessMap& map);
 
-// Replaces the file as a whole, or leaves it as it was. Throws UsageError for another ending and rather than overwrite
-// a file that holds anything else than graphics, DataError when it can't be written.
+// Writes the map's graphics aside; completing the result replaces the file by them. Throws UsageError for another
+// ending and rather than overwrite a file that holds anything else than graphics, DataError when it can't be written.
+[[nodiscard]] std::unique_ptr<ReplacedFile> writeGraphicsAside(const std::string& path, const HeadlessMap& map);
+// Replaces the file as a whole, or leaves it as it was. Throws likewise.
 void writeGraphics(const std::string& path, const HeadlessMap& map);
 
 } // namespace qz

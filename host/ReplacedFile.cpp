@@ -43,6 +43,17 @@ void ReplacedFile::complete() {
     }
 }
 
+void requireWritablePlace(const std::string& target) {
+    const fs::path folder = fs::absolute(target).parent_path();
+    std::error_code ignored;
+    if (!fs::is_directory(folder, ignored)) {
+        throw DataError("Can't write \"" + target + "\": the folder " + folder.string() + " doesn't exist.");
+    }
+    if (access(folder.c_str(), W_OK) != 0) {
+        throw DataError("Can't write \"" + target + "\": the folder " + folder.string() + " is read-only.");
+    }
+}
+
 std::string lowerCaseEnding(const std::string& path) {
     std::string ending = fs::path(path).extension().string();
     std::transform(ending.begin(), ending.end(), ending.begin(), [](char c) {

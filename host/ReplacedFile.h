@@ -23,6 +23,9 @@ private:
     std::string aside_;
 };
 
+// Throws DataError when no file can be put there: the folder doesn't exist or may not be written to.
+void requireWritablePlace(const std::string& target);
+
 // The ending in lower case with its dot, such as ".png"; empty when there is none.
 [[nodiscard]] std::string lowerCaseEnding(const std::string& path);
 

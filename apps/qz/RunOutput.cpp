@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "host/ReplacedFile.h"
 #include "platform/Error.h"
 #include "platform/geometry/WellKnown.h"
 
@@ -15,16 +16,19 @@ namespace qz {
 
 namespace {
 
+std::size_t drawn(const RunReport& report) {
+    return report.graphics.size() + report.drawings.size();
+}
+
 // What was drawn, for methods that draw, and what became of the rows.
 std::string counts(const RunReport& report) {
     const RowChanges& rows = report.changes;
     const std::string changes = fmt::format("{} inserted, {} updated, {} deleted", rows.inserted.size(),
                                             rows.updated.size(), rows.deleted.size());
-    const std::size_t drawn = report.graphics.size() + report.drawings.size();
-    if (drawn == 0) {
+    if (drawn(report) == 0) {
         return changes;
     }
-    return fmt::format("{} drawn", drawn) + (rows.empty() ? "" : "; " + changes);
+    return fmt::format("{} drawn", drawn(report)) + (rows.empty() ? "" : "; " + changes);
 }
 
 constexpr std::size_t longestText = 1000;
@@ -56,6 +60,16 @@ bool hadTooManyInView(const RunReport& report) {
            });
 }
 
+std::string failure(const RunReport& report) {
+    if (report.saved) {
+        return "failed; what it had saved by itself stays";
+    }
+    return report.messages.empty() ? fmt::format("refused without a reason given; nothing was saved. `qz methods {}` "
+                                                 "tells what it works on",
+                                                 report.method)
+                                   : "refused or failed; nothing was saved";
+}
+
 std::string outcome(const RunReport& report) {
     if (report.interrupted) {
         return "interrupted; nothing was saved";
@@ -67,14 +81,15 @@ std::string outcome(const RunReport& report) {
         return "refused: the view shows more features than the limit; zoom in with --extent or raise the limit";
     }
     if (!report.succeeded()) {
-        return report.saved ? "failed; what it had saved by itself stays" : "refused or failed; nothing was saved";
+        return failure(report);
     }
     const std::string changes = counts(report) + (report.saved ? "; saved" : "");
     if (const auto* text = std::get_if<std::string>(&report.result)) {
         return *text;
     }
     if (const auto shape = wellKnownText(report.result)) {
-        return shortened(*shape) + "; " + changes;
+        const bool onlyFound = report.changes.empty() && drawn(report) == 0;
+        return shortened(*shape) + (onlyFound ? "" : "; " + changes);
     }
     return changes;
 }
@@ -104,11 +119,14 @@ void writeReport(const RunReport& report, const std::string& path) {
         std::cout << text << std::endl;
         return;
     }
-    std::ofstream file(path);
+    ReplacedFile target(path);
+    std::ofstream file(target.asidePath());
     file << text << "\n";
     if (!file.flush()) {
-        throw DataError(fmt::format("The report {} can't be written.", path));
+        throw DataError(
+            fmt::format("The report {} can't be written.{}", path, report.saved ? " The edits are saved." : ""));
     }
+    target.complete();
 }
 
 } // namespace qz

@@ -2,7 +2,6 @@
 
 #include <ogrsf_frmts.h>
 
-#include "host/ReplacedFile.h"
 #include "host/ogr/GraphicsFormat.h"
 #include "host/ogr/GraphicsReading.h"
 #include "platform/geometry/Project.h"
@@ -116,13 +115,17 @@ void GraphicsWriter::close(GDALDatasetUniquePtr dataset) const {
 
 } // namespace
 
-void writeGraphics(const std::string& path, const HeadlessMap& map) {
+std::unique_ptr<ReplacedFile> writeGraphicsAside(const std::string& path, const HeadlessMap& map) {
     const GraphicsFormat& format = graphicsFormatOf(path);
     requireGraphicsOnly(path);
-    ReplacedFile file(path);
+    auto file = std::make_unique<ReplacedFile>(path);
     GraphicsWriter(path, format)
-        .write(file.asidePath(), map.spatialReference(), map.activeView().graphics().elements());
-    file.complete();
+        .write(file->asidePath(), map.spatialReference(), map.activeView().graphics().elements());
+    return file;
+}
+
+void writeGraphics(const std::string& path, const HeadlessMap& map) {
+    writeGraphicsAside(path, map)->complete();
 }
 
 } // namespace qz

@@ -51,6 +51,17 @@ void requirePictureEnding(const std::string& path) {
     }
 }
 
+// What a run leaves beside the data, so that it doesn't fail when these are saved.
+void requireWritablePlaces(const RunRequest& request) {
+    const std::string& graphics = request.dryRun ? std::string() : request.graphicsPath;
+    const std::string& report = request.reportPath == "-" ? std::string() : request.reportPath;
+    for (const std::string& path : {request.picturePath, request.beforeAfterPath, graphics, report}) {
+        if (!path.empty()) {
+            requireWritablePlace(path);
+        }
+    }
+}
+
 NumberLocale localeNamed(const std::string& name) {
     try {
         return NumberLocale::named(name);
@@ -178,17 +189,33 @@ void RunSession::loadGraphics(const std::string& path) {
     if (path.empty() || path == graphicsPath_) {
         return;
     }
-    saveGraphics();
+    putGraphicsAside();
     HeadlessGraphics& graphics = host_.focusMap().activeView().graphics();
     graphics = HeadlessGraphics();
-    readGraphics(path, host_.focusMap());
+    const auto edited = graphicsAside_.find(path);
+    readGraphics(edited == graphicsAside_.end() ? path : edited->second->asidePath(), host_.focusMap());
+    if (edited != graphicsAside_.end()) {
+        graphicsAside_.erase(edited);
+    }
     graphicsPath_ = path;
 }
 
-void RunSession::saveGraphics() {
+void RunSession::putGraphicsAside() {
     if (!graphicsPath_.empty() && !options_.dryRun) {
-        writeGraphics(graphicsPath_, host_.focusMap());
+        graphicsAside_[graphicsPath_] = writeGraphicsAside(graphicsPath_, host_.focusMap());
     }
+}
+
+void RunSession::saveAll(OverlayWorkspace* workspace) {
+    putGraphicsAside();
+    host_.editor().stopEditing(true);
+    if (workspace) {
+        workspace->saveDirectWrites();
+    }
+    for (const auto& [path, file] : graphicsAside_) {
+        file->complete();
+    }
+    graphicsAside_.clear();
 }
 
 void RunSession::startEditing(OverlayWorkspace& workspace, bool withOperation) {
@@ -235,14 +262,13 @@ void RunSession::finish(OverlayWorkspace* workspace, const RunReport& report) {
     if (options_.keepsEditing) {
         return;
     }
-    host_.editor().stopEditing(report.succeeded());
-    if (workspace && report.succeeded()) {
-        workspace->saveDirectWrites();
-    } else if (workspace) {
-        workspace->discardDirectWrites();
-    }
     if (report.succeeded()) {
-        saveGraphics();
+        saveAll(workspace);
+        return;
+    }
+    host_.editor().stopEditing(false);
+    if (workspace) {
+        workspace->discardDirectWrites();
     }
 }
 
@@ -274,6 +300,7 @@ const MethodInfo& RunSession::runnableMethod(const RunRequest& request) const {
     const MethodInfo& method = findMethod(request.method);
     requirePictureEnding(request.picturePath);
     requirePictureEnding(request.beforeAfterPath);
+    requireWritablePlaces(request);
     if (options_.keepsEditing && savesByItself(request)) {
         throw UsageError("bEditing false saves each feature by itself, which a script doesn't: use qz run.");
     }
@@ -304,14 +331,24 @@ RunReport RunSession::run(const RunRequest& request) {
     if (isPictured) {
         paintResult(report.result, host_.focusMap());
     }
-    if (report.succeeded() && !request.picturePath.empty()) {
-        writePicture(request.picturePath, host_.focusMap(), highlight(report));
-    }
-    if (report.succeeded() && beforeAfter) {
-        beforeAfter->drawAfter(host_.focusMap(), highlight(report));
-        beforeAfter->save();
+    if (report.succeeded()) {
+        writePictures(request, report, beforeAfter ? &*beforeAfter : nullptr);
     }
     return report;
+}
+
+void RunSession::writePictures(const RunRequest& request, const RunReport& report, BeforeAfterPicture* beforeAfter) {
+    try {
+        if (!request.picturePath.empty()) {
+            writePicture(request.picturePath, host_.focusMap(), highlight(report));
+        }
+        if (beforeAfter) {
+            beforeAfter->drawAfter(host_.focusMap(), highlight(report));
+            beforeAfter->save();
+        }
+    } catch (const DataError& error) {
+        throw DataError(report.saved ? fmt::format("{} The edits are saved.", error.what()) : error.what());
+    }
 }
 
 Highlight RunSession::highlight(const RunReport& report) {
@@ -337,13 +374,13 @@ int RunSession::redo(int steps) {
 }
 
 void RunSession::save() {
-    host_.editor().stopEditing(true);
-    saveGraphics();
+    saveAll(nullptr);
 }
 
 void RunSession::discard() {
     host_.editor().stopEditing(false);
     graphicsPath_.clear();
+    graphicsAside_.clear();
 }
 
 } // namespace qz

@@ -2,12 +2,15 @@
 
 #include <functional>
 #include <iosfwd>
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "component/MethodTable.h"
 #include "host/HeadlessHost.h"
 #include "host/Picture.h"
+#include "host/ReplacedFile.h"
 #include "host/run/DataSets.h"
 #include "host/run/HostArguments.h"
 #include "host/run/RunReport.h"
@@ -51,7 +54,9 @@ private:
                                      const SelectionRequest& selection);
     void setUpMap(const RunRequest& request);
     void loadGraphics(const std::string& path);
-    void saveGraphics();
+    void putGraphicsAside();
+    // The graphics are written before the data, and take their places after them. `workspace` may be nothing.
+    void saveAll(OverlayWorkspace* workspace);
     // The whole call with its edit operation; stopped or aborted, but not yet saved.
     void perform(const MethodInfo& method, HostArguments& arguments, OverlayWorkspace* workspace, RunReport& report);
     void startEditing(OverlayWorkspace& workspace, bool withOperation);
@@ -59,13 +64,16 @@ private:
     void finish(OverlayWorkspace* workspace, const RunReport& report);
     // In the map's reference.
     [[nodiscard]] std::vector<Geometry> selectedShapes(const Layers& layers);
+    // `beforeAfter` may be nothing.
+    void writePictures(const RunRequest& request, const RunReport& report, BeforeAfterPicture* beforeAfter);
     [[nodiscard]] Highlight highlight(const RunReport& report);
 
     HeadlessHost& host_;
     std::ostream& messages_;
     SessionOptions options_;
     DataSets dataSets_;
-    std::string graphicsPath_; // of the graphics that the map shows
+    std::string graphicsPath_;                                           // of the graphics that the map shows
+    std::map<std::string, std::unique_ptr<ReplacedFile>> graphicsAside_; // by path: edited, not saved and not shown
 };
 
 } // namespace qz

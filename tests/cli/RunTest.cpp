@@ -65,7 +65,8 @@ TEST_F(RunCommand, WrongUsageEndsWith2AndSaysWhatToDo) {
         {"run QZ_Flip --all", "name the layer with --data"},
         {"run QZ_Flip --data town.gpkg:streets --fid 99999", "no feature 99999"},
         {"run QZ_Flip --data town.gpkg:streets --fid 3,x", "no list of object ids"},
-        {"run QZ_Flip --data town.gpkg:streets --where \"nmae = 1\"", "nmae"},
+        {"run QZ_Flip --data town.gpkg:streets --where \"nmae = 1\"", "(nmae = 1"},
+        {"run QZ_Flip --data town.gpkg:streets --where \"nmae = 1\"", "fields are fid, name, class"},
         {"run QZ_Flip --data town.gpkg:streets --bbox 1,2,3", "xmin,ymin,xmax,ymax"},
         {"run QZ_Flip --data town.gpkg:streets --all --map-crs EPSG:1", "EPSG:1"},
         {"run QZ_Flip --data town.gpkg:streets --all --picture a.gif", ".png or .svg"},
@@ -86,6 +87,7 @@ TEST_F(RunCommand, WrongUsageEndsWith2AndSaysWhatToDo) {
 
 TEST_F(RunCommand, DataThatCannotBeReadOrWrittenEndsWith3) {
     write("text.gpkg", "this is no database");
+    const std::string before = contentOf(folder / "town.gpkg");
     const std::pair<const char*, const char*> rows[] = {
         {"run QZ_Flip --data missing.gpkg:streets --all", "does not exist"},
         {"run QZ_Flip --data town.gpkg:street --all", "streets"},
@@ -93,6 +95,10 @@ TEST_F(RunCommand, DataThatCannotBeReadOrWrittenEndsWith3) {
         {"run QZ_Flip --data text.gpkg:a --all", "text.gpkg"},
         {"run QZ_Flip --data town.gpkg:streets --all --output missing/folder.gpkg", "missing"},
         {"run QZ_Flip --data town.gpkg:streets --all --output town.gpkg", "town.gpkg"},
+        {"run QZ_Flip --data town.gpkg:streets --all --picture missing/a.png", "missing doesn't exist"},
+        {"run QZ_Flip --data town.gpkg:streets --all --before-after missing/a.svg", "missing doesn't exist"},
+        {"run QZ_Flip --data town.gpkg:streets --all --report missing/a.json", "missing doesn't exist"},
+        {"run QZ_VertexGraphics --data town.gpkg:streets --all --sName V --graphics missing/a.gpkg", "doesn't exist"},
         {"info missing.gpkg", "does not exist"},
         {"info town.gpkg:street", "streets"},
         {"script missing.jsonl", "can't be read"},
@@ -103,6 +109,7 @@ TEST_F(RunCommand, DataThatCannotBeReadOrWrittenEndsWith3) {
         EXPECT_EQ(run.status, 3);
         EXPECT_NE(run.err.find(hint), std::string::npos) << run.err;
     }
+    EXPECT_EQ(contentOf(folder / "town.gpkg"), before);
 }
 
 TEST_F(RunCommand, RefusedRunsEndWith1AndSaveNothing) {
@@ -111,6 +118,7 @@ TEST_F(RunCommand, RefusedRunsEndWith1AndSaveNothing) {
     EXPECT_EQ(polygons.status, 1);
     EXPECT_EQ(polygons.json()["result"], false);
     EXPECT_EQ(polygons.json()["saved"], false);
+    EXPECT_NE(polygons.err.find("qz methods QZ_Flip"), std::string::npos) << polygons.err;
     const Outcome finder = qz("run QZ_AnalyseNodes --data town.gpkg:streets --what Visible --nType all "
                               "--bTrueCoords true --lMax 1");
     EXPECT_EQ(finder.status, 1);

@@ -74,5 +74,30 @@ TEST_F(ScriptCommand, RunsOnSeveralDataSetsShareTheUndo) {
     EXPECT_EQ(street(3, "other.gpkg:streets"), there);
 }
 
+// Graphics go to their files when the edits do, also those of a file that the script left for another.
+TEST_F(ScriptCommand, GraphicsAreSavedWithTheEdits) {
+    const auto centroids = [](const char* file, int parcel) {
+        return fmt::format(
+            R"({{"run": "QZ_CentroidGraphics", "data": "town.gpkg:parcels", "fid": {}, "graphics": "{}",)"
+            R"( "parameters": {{"sName": "P"}}}})"
+            "\n",
+            parcel, file);
+    };
+    const std::string good = centroids("a.geojson", 1) + centroids("b.geojson", 2) + centroids("a.geojson", 3);
+    write("edits.jsonl", good + "{\"jump\": 1}");
+    const std::vector<std::string> before = files();
+    EXPECT_EQ(qz("script edits.jsonl").status, 2);
+    EXPECT_EQ(files(), before);
+    write("edits.jsonl", good);
+    const Outcome run = qz("script edits.jsonl");
+    EXPECT_EQ(run.status, 0) << run.err;
+    const auto count = [this](const char* file) {
+        return nlohmann::json::parse(contentOf(folder / file))["features"].size();
+    };
+    EXPECT_EQ(count("a.geojson"), 2U);
+    EXPECT_EQ(count("b.geojson"), 1U);
+    EXPECT_EQ(files().size(), before.size() + 2);
+}
+
 } // namespace
 } // namespace qz::test

@@ -2,6 +2,7 @@
 
 #include <cpl_string.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "platform/Error.h"
 
@@ -44,6 +45,19 @@ private:
     OGRLayer& layer_;
 };
 
+std::string conditionRefused(OGRLayer& layer, const std::string& condition, const QuietErrors& errors) {
+    const std::string id = layer.GetFIDColumn();
+    std::vector<std::string> fields{id.empty() ? "FID" : id};
+    OGRFeatureDefn& definition = *layer.GetLayerDefn();
+    for (int i = 0; i < definition.GetFieldCount(); ++i) {
+        fields.emplace_back(definition.GetFieldDefn(i)->GetNameRef());
+    }
+    // SQLite's words don't get through: GDAL only repeats the statement.
+    const bool isTold = !errors.text().starts_with("failed to prepare SQL");
+    return fmt::format("The condition {} can't be evaluated on {}{}{}; its fields are {}.", condition, layer.GetName(),
+                       isTold ? ": " : "", isTold ? errors.text() : "", fmt::join(fields, ", "));
+}
+
 } // namespace
 
 void walkLayer(OGRLayer& layer, WalkContent content, const std::string& condition,
@@ -59,7 +73,7 @@ void walkLayer(OGRLayer& layer, WalkContent content, const std::string& conditio
         row(*feature);
     }
     if (errors.any() && !condition.empty()) {
-        throw UsageError(fmt::format("The condition can't be evaluated on {}: {}.", layer.GetName(), errors.text()));
+        throw UsageError(conditionRefused(layer, condition, errors));
     }
     if (errors.any() || !accepted) {
         throw DataError(fmt::format("The rows of {} can't be read: {}.", layer.GetName(), errors.text()));
