@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/store/ogr/OgrSession.h"
 #include "tests/store/StoreFixture.h"
 
 namespace qz::test {
@@ -171,6 +172,20 @@ TEST_P(ValueKinds, OfAddedFields) {
         EXPECT_EQ(toText(read.read(read.ids()[1])->values[field]), toText(row.value)) << field;
         EXPECT_TRUE(isNull(read.read(read.ids()[0])->values[field])) << field;
     }
+}
+
+// A database doesn't hold its columns to their kinds.
+TEST(GeoPackageValues, TooLargeForTheirFieldStayAsTheyAre) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "kinds.gpkg";
+    makeTable(path, geoPackage);
+    executeSql(*openDataset(path, "GPKG", DatasetAccess::update), "UPDATE kinds SET small = 70000 WHERE fid = 1");
+    const auto store = openStore(path, OpenMode::edit);
+    FeatureSource& table = *store->table("kinds");
+    const std::size_t small = *table.schema().findField("small");
+    const Value value = table.read(1)->values[small];
+    EXPECT_EQ(toText(value), "70000");
+    EXPECT_THROW(static_cast<void>(convertedTo(table.schema().fields[small], value)), PlatformError);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, ValueKinds, testing::Values(geoPackage, shapefile, fileGeodatabase),

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cmath>
 #include <type_traits>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -49,11 +50,13 @@ Value blobValue(const OGRFeature& feature, int index) {
     return Blob(bytes, bytes + size);
 }
 
+// Some formats let other programs put numbers into a column that its kind doesn't have: they stay as they are, so that
+// they are refused where they would be copied, and not cut off.
 Value integerValue(const Field& field, GIntBig number) {
-    if (field.type == FieldType::smallInteger) {
+    if (field.type == FieldType::smallInteger && std::in_range<std::int16_t>(number)) {
         return static_cast<std::int16_t>(number);
     }
-    if (field.wideInteger) {
+    if (field.wideInteger || !std::in_range<std::int32_t>(number)) {
         return static_cast<std::int64_t>(number);
     }
     return static_cast<std::int32_t>(number);
