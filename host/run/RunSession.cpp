@@ -347,7 +347,9 @@ void RunSession::writePictures(const RunRequest& request, const RunReport& repor
             beforeAfter->save();
         }
     } catch (const DataError& error) {
-        throw DataError(report.saved ? fmt::format("{} The edits are saved.", error.what()) : error.what());
+        const bool hasGraphics = !graphicsPath_.empty() && !options_.dryRun && !options_.keepsEditing;
+        throw DataError(report.saved || hasGraphics ? fmt::format("{} The edits are saved.", error.what())
+                                                    : error.what());
     }
 }
 
