@@ -118,8 +118,10 @@ void SettledShapes::settlePolygon(std::size_t shape, std::span<const Path> sourc
     Polygon rings;
     static_cast<GeometryTraits&>(rings) = originals_[shape].traits();
     rings.rings = takeNotEmpty(noded);
-    const bool isProper = hasRoles && areSimpleAndApart(rings.rings);
-    if (!isProper && !(isUnchanged_[shape] && isSimple(rings))) {
+    const bool areProper = hasRoles && areSimpleAndApart(rings.rings);
+    const bool isOneShell = rings.rings.size() == 1 && signedArea(rings.rings.front()) > 0;
+    // Rings that are proper on their own may still be nested as they shouldn't.
+    if (!(areProper && isOneShell) && !((areProper || isUnchanged_[shape]) && isSimple(rings))) {
         rings = simplified(rings);
         isUnchanged_[shape] = false;
     }

@@ -62,6 +62,17 @@ TEST(TopoClean, PolygonsShareTheirBoundaries) {
          {"2 POLYGON ZM ((4 2.2 1 1,0 0 1 1,0 4 1 1,4 2.2 1 1)) A",
           "3 POLYGON ZM ((4 2.2 1 1,8 4 1 1,8 0 1 1,4 2.2 1 1)) A"},
          {}},
+        {"a part within a part",
+         {"MULTIPOLYGON ZM (((0 0 1 1,0 9 1 2,9 9 1 3,0 0 1 1)),((1 2 1 1,1 7 1 2,6 7 1 3,1 2 1 1)))"},
+         0.5,
+         {"2 POLYGON ZM ((0 0 1 1,0 9 1 2,9 9 1 3,0 0 1 1),(1 2 1 1,6 7 1 3,1 7 1 2,1 2 1 1)) A"},
+         {}},
+        {"a hole outside",
+         {"POLYGON ZM ((0 0 1 1,0 9 1 2,9 9 1 3,0 0 1 1),(11 2 1 1,16 7 1 3,11 7 1 2,11 2 1 1))"},
+         0.5,
+         {"2 POLYGON ZM ((0 0 1 1,0 9 1 2,9 9 1 3,0 0 1 1)) A",
+          "3 POLYGON ZM ((11 2 1 1,11 7 1 2,16 7 1 3,11 2 1 1)) A"},
+         {}},
     };
     for (const auto& row : rows) {
         EditedLayer parcels(GeometryKind::polygon);
