@@ -126,11 +126,18 @@ std::vector<Geometry> QZ_PolygonsFromEdges(const TopologyGraph& graph, std::size
     return parts;
 }
 
+// Classes of any kind may hold other shapes, too: one is an error, before anything is stored.
+template <typename Shape> void require(const TopologyGraph& graph, std::size_t feature) {
+    static_cast<void>(graph.originalShape(feature).as<Shape>());
+}
+
 Rebuilt rebuiltPolygon(const TopologyGraph& graph, std::size_t feature, bool allowsMultipart) {
+    require<Polygon>(graph, feature);
     return graph.isUnchanged(feature) ? Rebuilt() : QZ_PolygonsFromEdges(graph, feature, allowsMultipart);
 }
 
 Rebuilt rebuiltPolyline(const TopologyGraph& graph, std::size_t feature, bool) {
+    require<Polyline>(graph, feature);
     FeatureEdges edges = QZ_GetPolylineEdges(graph, feature);
     if (graph.isUnchanged(feature) && edges.size() == 1) {
         return std::nullopt;

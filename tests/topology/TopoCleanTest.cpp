@@ -184,6 +184,14 @@ TEST(TopoClean, Refusals) {
     EXPECT_EQ(small.messages, (Rows{"Could not clean the polygons QZ_TopoCleanPg",
                                     "The cluster tolerance must be 0 or more, and it is -1. QZ_TopoCleanPg"}));
     EXPECT_EQ(small.shapes().size(), 1u);
+
+    EditedLayer mixed(GeometryKind::polygon);
+    mixed.add("POLYGON ((0 0,0 9,9 9,0 0))");
+    mixed.add("LINESTRING (0 0,4 4.2,9 9)");
+    const Rows before = mixed.shapes();
+    EXPECT_FALSE(mixed.clean(0.5));
+    EXPECT_EQ(mixed.messages, (Rows{"A polygon is needed, but the geometry is a polyline. QZ_TopoCleanPg"}));
+    EXPECT_EQ(mixed.shapes(), before);
 }
 
 TEST(TopoClean, CancellingKeepsWhatWasDone) {
