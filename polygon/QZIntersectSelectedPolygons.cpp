@@ -1,11 +1,13 @@
 #include "polygon/QZIntersectSelectedPolygons.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "common/ErrorExit.h"
+#include "common/OverlapCandidates.h"
 #include "platform/app/Services.h"
-#include "platform/geometry/EnvelopeIndex.h"
 #include "platform/geometry/SetOperations.h"
 #include "polygon/CollectedPolygons.h"
 #include "polygon/PolygonStorage.h"
@@ -17,47 +19,37 @@ namespace {
 
 enum class Step { collect = 1, intersect = 2, store = 3 };
 
-// Polygons taken apart from each other.
-class OverlapFinder {
-public:
-    explicit OverlapFinder(const std::vector<Polygon>& polygons) : polygons_(polygons) {
-        std::vector<Envelope> envelopes;
-        std::ranges::transform(polygons, std::back_inserter(envelopes), &Polygon::envelope);
-        tree_ = PackedEnvelopeTree(envelopes);
-    }
-
-    // What of a polygon is in no other. Its overlaps with earlier ones, as far as those before them leave it, are added
-    // to `overlaps`.
-    [[nodiscard]] Polygon restOf(std::size_t number, std::vector<Polygon>& overlaps) const {
-        Polygon rest = polygons_[number];
-        for (const std::size_t other : othersNear(number)) {
-            const Geometry common = intersection(rest, polygons_[other], ResultDimension::areas);
-            if (common.isEmpty()) {
-                continue;
-            }
-            if (other < number) {
-                overlaps.push_back(common.as<Polygon>());
-            }
-            rest = difference(rest, polygons_[other]).as<Polygon>();
+// The numbers of the polygons that each may share area with, ascending.
+std::vector<std::vector<std::uint32_t>> othersOf(const std::vector<Polygon>& polygons) {
+    const OverlapCandidates candidates(polygons);
+    std::vector<std::vector<std::uint32_t>> others(polygons.size());
+    for (std::uint32_t later = 0; later < polygons.size(); ++later) {
+        for (const std::uint32_t earlier : candidates.earlierOf()[later]) {
+            others[later].push_back(earlier);
+            others[earlier].push_back(later);
         }
-        return rest;
     }
+    std::ranges::for_each(others, [](auto& numbers) { std::ranges::sort(numbers); });
+    return others;
+}
 
-private:
-    [[nodiscard]] std::vector<std::size_t> othersNear(std::size_t number) const {
-        std::vector<std::size_t> others;
-        tree_.query(polygons_[number].envelope(), [&](std::size_t other) {
-            if (other != number) {
-                others.push_back(other);
-            }
-        });
-        std::ranges::sort(others);
-        return others;
+// What of a polygon is in none of the others. Its overlaps with earlier ones, as far as those before them leave it, are
+// added to `overlaps`.
+Polygon restOf(std::size_t number, const std::vector<Polygon>& polygons, std::span<const std::uint32_t> others,
+               std::vector<Polygon>& overlaps) {
+    Polygon rest = polygons[number];
+    for (const std::uint32_t other : others) {
+        const Geometry common = intersection(rest, polygons[other], ResultDimension::areas);
+        if (common.isEmpty()) {
+            continue;
+        }
+        if (other < number) {
+            overlaps.push_back(common.as<Polygon>());
+        }
+        rest = difference(rest, polygons[other]).as<Polygon>();
     }
-
-    const std::vector<Polygon>& polygons_;
-    PackedEnvelopeTree tree_;
-};
+    return rest;
+}
 
 void store(FeatureLayer& layer, const std::vector<ObjectId>& ids, const std::vector<Polygon>& rests,
            const std::vector<Polygon>& overlaps) {
@@ -83,12 +75,12 @@ bool QZ_IntersectSelectedPolygons(Application& application, FeatureLayer& layer,
             CollectedPolygons selected = collectPolygons(application, *layer.selection().search(), expected, refresh);
             step = Step::intersect;
             const std::vector<Polygon> polygons = withCommonVertices(std::move(selected.shapes));
-            const OverlapFinder finder(polygons);
+            const std::vector<std::vector<std::uint32_t>> others = othersOf(polygons);
             std::vector<Polygon> rests;
             std::vector<Polygon> overlaps;
             for (std::size_t i = 0; i < polygons.size(); ++i) {
                 checkInterrupt();
-                rests.push_back(finder.restOf(i, overlaps));
+                rests.push_back(restOf(i, polygons, others[i], overlaps));
             }
             step = Step::store;
             store(layer, selected.ids, rests, overlaps);

@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "platform/geometry/Groups.h"
 #include "platform/topology/TopologyGraph.h"
-#include "topology/Groups.h"
 
 namespace qz {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/geometry/Geometry.h"
-#include "topology/Groups.h"
+#include "platform/geometry/Groups.h"
 
 namespace qz {
 

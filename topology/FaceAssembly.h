@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "platform/geometry/Geometry.h"
+#include "platform/geometry/RingLocator.h"
 #include "topology/FaceProgress.h"
 #include "topology/FaceTrace.h"
-#include "topology/RingLocator.h"
 
 namespace qz {
 

@@ -7,10 +7,10 @@
 #include "common/CursorWalk.h"
 #include "common/ErrorExit.h"
 #include "common/MapGround.h"
+#include "common/OverlapCandidates.h"
 #include "platform/app/Services.h"
 #include "platform/geometry/SetOperations.h"
 #include "polygon/CollectedPolygons.h"
-#include "topology/OverlapCandidates.h"
 #include "topology/QZOverGaps.h"
 
 namespace qz {

@@ -1,10 +1,10 @@
+#include "common/OverlapCandidates.h"
 #include "platform/geometry/Boundary.h"
 #include "platform/geometry/Simplify.h"
 #include "tests/geometry/RandomShapes.h"
 #include "tests/polygon/Coverage.h"
 #include "tests/polygon/Pavement.h"
 #include "tests/topology/DirtyPavement.h"
-#include "topology/OverlapCandidates.h"
 #include "topology/QZOverGaps.h"
 
 namespace qz::test {

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "platform/geometry/Geometry.h"
+#include "platform/geometry/Groups.h"
+#include "platform/geometry/RingLocator.h"
 #include "platform/geometry/SegmentChains.h"
-#include "topology/Groups.h"
-#include "topology/RingLocator.h"
 
 namespace qz {
 

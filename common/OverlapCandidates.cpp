@@ -1,4 +1,4 @@
-#include "topology/OverlapCandidates.h"
+#include "common/OverlapCandidates.h"
 
 #include <algorithm>
 #include <iterator>

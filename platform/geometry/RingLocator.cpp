@@ -1,4 +1,4 @@
-#include "topology/RingLocator.h"
+#include "platform/geometry/RingLocator.h"
 
 #include <algorithm>
 
