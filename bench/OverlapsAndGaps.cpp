@@ -1,6 +1,6 @@
-// Overlaps and gaps of a pavement of parcels of 12 segments, beside the same with GEOS: an STR tree and pairwise
-// intersections; the union of all taken from its envelope. One parcel in nine lies a little off its place (second
-// argument 1), or all were digitised on their own, so that no border is shared (0).
+// Overlaps and gaps of a pavement of parcels of 12 segments, and taking its parcels apart, beside the same with GEOS:
+// an STR tree and pairwise intersections; the union of all taken from its envelope. One parcel in nine lies a little
+// off its place (second argument 1), or all were digitised on their own, so that no border is shared (0).
 
 #include <cmath>
 #include <stdexcept>
@@ -42,6 +42,22 @@ void drawOverlaps(benchmark::State& state) {
         }
     }
     state.counters["overlaps"] = static_cast<double>(layer.host.focusMap().activeView().display().drawings().size());
+}
+
+void takeApart(benchmark::State& state) {
+    bench::MemoryLayer layer(parcels(state));
+    layer.layer->selection().select(layer.featureClass().ids({}));
+    const auto count = static_cast<std::int32_t>(state.range(0));
+    for (auto _ : state) {
+        layer.workspace->startEditOperation();
+        if (!layer.component.QZ_IntersectSelectedPolygons(*layer.layer, count, layer.refresh, nullptr, layer.host)) {
+            throw std::runtime_error("the parcels were not taken apart");
+        }
+        state.PauseTiming();
+        state.counters["overlaps"] = static_cast<double>(layer.featureClass().count() - state.range(0));
+        layer.workspace->abortEditOperation();
+        state.ResumeTiming();
+    }
 }
 
 void drawGaps(benchmark::State& state) {
@@ -126,6 +142,7 @@ void sizes(benchmark::internal::Benchmark* benchmark, std::int64_t largest) {
 }
 
 BENCHMARK(drawOverlaps)->Apply([](auto* benchmark) { sizes(benchmark, 1'000'000); });
+BENCHMARK(takeApart)->Apply([](auto* benchmark) { sizes(benchmark, 100'000); });
 BENCHMARK(overlapsWithGeos)->Apply([](auto* benchmark) { sizes(benchmark, 100'000); });
 BENCHMARK(drawGaps)->Apply([](auto* benchmark) { sizes(benchmark, 1'000'000); });
 BENCHMARK(gapsWithGeos)->Apply([](auto* benchmark) { sizes(benchmark, 100'000); });
