@@ -56,27 +56,42 @@ double areaOf(const GEOSGeometry& geometry) {
     return area;
 }
 
-// Rounding moves outlines by a part in 10^9 of the areas involved at most.
-bool isBetween(double least, double area, double most, double involved) {
-    const double slack = 1e-9 * involved;
-    return least - slack <= area && area <= most + slack;
+double outlineOf(const GEOSGeometry& geometry) {
+    double length = 0;
+    if (GEOSLength_r(handle(), &geometry, &length) == 0) {
+        GeosContext::ofThread().fail("measuring a length");
+    }
+    return length;
 }
 
-// Whether the areas of the operands allow that of the result.
-bool hasPossibleArea(OverlayKind kind, double a, double b, double result) {
+struct AreaRange {
+    double least = 0;
+    double most = 0;
+    double slack = 0;
+
+    [[nodiscard]] bool contains(double area) const { return least - slack <= area && area <= most + slack; }
+};
+
+// Rounding changes areas by a part in 10^9 of those involved at most.
+AreaRange areaRange(double least, double most, double involved) {
+    return {least, most, 1e-9 * involved};
+}
+
+// What the areas of the operands allow that of the result to be.
+AreaRange possibleArea(OverlayKind kind, double a, double b) {
     switch (kind) {
     case OverlayKind::intersection:
-        return isBetween(0, result, std::min(a, b), a + b);
+        return areaRange(0, std::min(a, b), a + b);
     case OverlayKind::unite:
-        return isBetween(std::max(a, b), result, a + b, a + b);
+        return areaRange(std::max(a, b), a + b, a + b);
     case OverlayKind::difference:
-        return isBetween(a - b, result, a, a + b);
+        return areaRange(a - b, a, a + b);
     }
-    return false;
+    return {};
 }
 
 // The same for the union of many.
-bool hasPossibleUnion(const GEOSGeometry& collection, double result) {
+AreaRange possibleUnion(const GEOSGeometry& collection) {
     double largest = 0;
     double sum = 0;
     const int count = GEOSGetNumGeometries_r(handle(), &collection);
@@ -85,7 +100,7 @@ bool hasPossibleUnion(const GEOSGeometry& collection, double result) {
         largest = std::max(largest, area);
         sum += area;
     }
-    return isBetween(largest, result, sum, sum);
+    return areaRange(largest, sum, sum);
 }
 
 // Rings that have no place in common, each simple; how they are nested is not looked at.
@@ -110,11 +125,13 @@ std::string faultOf(const GEOSGeometry& result) {
     return isValid(result) || reason == nullptr ? "its area is impossible" : reason.get();
 }
 
-// What was found on floating coordinates, else what was found on the grid, where that is sound.
-template <typename Floating, typename OnGrid, typename HasPossibleArea>
-GeosGeometryPtr soundResult(const char* task, Floating floating, OnGrid onGrid, HasPossibleArea hasPossibleArea) {
+// What was found on floating coordinates, else what was found on the grid, where that is sound. The grid moves every
+// place of the outlines, `outline` long together, by no more than the resolution.
+template <typename Floating, typename OnGrid, typename Outline>
+GeosGeometryPtr soundResult(const char* task, Floating floating, OnGrid onGrid, AreaRange possible, double resolution,
+                            Outline outline) {
     const auto isSound = [&](const GeosGeometryPtr& result) {
-        return result != nullptr && hasPossibleArea(areaOf(*result)) && hasSoundRings(*result);
+        return result != nullptr && possible.contains(areaOf(*result)) && hasSoundRings(*result);
     };
     GeosGeometryPtr result(floating());
     if (isSound(result)) {
@@ -124,6 +141,7 @@ GeosGeometryPtr soundResult(const char* task, Floating floating, OnGrid onGrid, 
     if (result == nullptr) {
         GeosContext::ofThread().fail(task);
     }
+    possible.slack += outline() * resolution;
     if (!isSound(result)) {
         throw PlatformError(std::string("The geometry library gave a wrong result at ") + task + ": " +
                             faultOf(*result) + ".");
@@ -140,14 +158,14 @@ bool isValid(const GEOSGeometry& geometry) {
 GeosGeometryPtr overlay(OverlayKind kind, const GEOSGeometry& a, const GEOSGeometry& b, double resolution) {
     return soundResult(
         taskOf(kind), [&] { return overlaid(kind, a, b); }, [&] { return overlaidOnGrid(kind, a, b, resolution); },
-        [&](double result) { return hasPossibleArea(kind, areaOf(a), areaOf(b), result); });
+        possibleArea(kind, areaOf(a), areaOf(b)), resolution, [&] { return outlineOf(a) + outlineOf(b); });
 }
 
 GeosGeometryPtr unionOfAll(const GEOSGeometry& collection, double resolution) {
     return soundResult(
         "uniting many geometries", [&] { return GEOSUnaryUnion_r(handle(), &collection); },
-        [&] { return GEOSUnaryUnionPrec_r(handle(), &collection, resolution); },
-        [&](double result) { return hasPossibleUnion(collection, result); });
+        [&] { return GEOSUnaryUnionPrec_r(handle(), &collection, resolution); }, possibleUnion(collection), resolution,
+        [&] { return outlineOf(collection); });
 }
 
 } // namespace qz
