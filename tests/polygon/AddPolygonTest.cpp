@@ -74,6 +74,20 @@ TEST(AddPolygon, OverlapOfPolygonsThatOverlapIsStoredOnce) {
     EXPECT_EQ(rows[3], "4 POLYGON ((6 0,6 5,10 5,10 0,6 0))");
 }
 
+// Borders that were computed on their own differ in the last digits, and cross each other.
+TEST(AddPolygon, NeighboursApartByRoundingShareTheirVertices) {
+    Sketching parcels;
+    parcels.add("POLYGON ((0 0,0 9,5 9,5.100000001 7,4.899999999 4,5 0,0 0))");
+    parcels.add("POLYGON ((5 0,4.9 4,5.1 7,5 9,9 9,9 0,5 0))");
+    EXPECT_TRUE(parcels.add("POLYGON ((1 3,1 8,8 8,8 3,1 3))", 1));
+    std::vector<std::size_t> vertices;
+    const CursorPtr cursor = parcels.streets().search({});
+    for (FeaturePtr row = cursor->next(); row; row = cursor->next()) {
+        vertices.push_back(row->shape()->as<Polygon>().rings.front().vertexCount());
+    }
+    EXPECT_EQ(vertices, (std::vector<std::size_t>{9, 9, 7, 7}));
+}
+
 TEST(AddPolygon, HeightsMeasuresAndValues) {
     const char* const existing = "POLYGON ZM ((0 0 1 0,0 10 1 10,10 10 3 20,10 0 3 30,0 0 1 40))";
     Sketching parcels;

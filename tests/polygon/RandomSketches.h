@@ -57,7 +57,10 @@ private:
         for (;;) {
             const FeaturePtr feature = class_.feature(ids[random_() % ids.size()]);
             if (feature->shape() && !feature->shape()->isEmpty()) {
-                return simplified(feature->shape()->as<Polygon>());
+                Polygon polygon = simplified(feature->shape()->as<Polygon>());
+                if (!polygon.isEmpty()) {
+                    return polygon;
+                }
             }
         }
     }
