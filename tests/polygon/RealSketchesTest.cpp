@@ -18,7 +18,7 @@ namespace {
 
 // Sketches that pile up in a few polygons show nothing new.
 int sketchCount(FeatureClass& featureClass) {
-    return static_cast<int>(std::min<std::int64_t>(10 + featureClass.count(), 250));
+    return static_cast<int>(std::min<std::int64_t>(10 + featureClass.count(), 60));
 }
 
 // The polygons in a window.

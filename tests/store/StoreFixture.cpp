@@ -6,6 +6,8 @@
 #include <fmt/format.h>
 #include <stdlib.h>
 
+#include "tests/support/StoredRows.h"
+
 namespace qz::test {
 
 TemporaryFolder::TemporaryFolder() {
@@ -138,12 +140,7 @@ ChangeSet Edits::changeSet() const {
 std::vector<std::string> rowsOf(FeatureSource& table) {
     std::vector<std::string> rows;
     for (const RecordPtr& record : table.read(table.ids())) {
-        std::string row = fmt::format("{} | {}", record->id, record->shape ? toWkt(*record->shape) : "null");
-        const std::size_t first = table.schema().shapeField ? 2 : 1;
-        for (std::size_t i = first; i < record->values.size(); ++i) {
-            row += " | " + toText(record->values[i]);
-        }
-        rows.push_back(row);
+        rows.push_back(rowText(table.schema(), *record));
     }
     return rows;
 }
