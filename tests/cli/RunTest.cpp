@@ -181,9 +181,24 @@ TEST_F(RunCommand, MethodsWithoutDataNeedNone) {
     EXPECT_EQ(run.json()["parameters"]["sQZBuilt"], "30 May 2012");
 }
 
+TEST_F(RunCommand, TheSameSeedDrawsTheSamePoints) {
+    const auto points = [this](const char* seed, const char* file) {
+        const Outcome run = qz(fmt::format("run QZ_RandomGraphicsPg --data town.gpkg:parcels --all --sName P "
+                                           "--lNumPoints 5 --seed {} --graphics {}",
+                                           seed, file));
+        EXPECT_EQ(run.status, 0) << run.err;
+        return nlohmann::json::parse(contentOf(folder / file))["features"];
+    };
+    const auto first = points("7", "a.geojson");
+    EXPECT_EQ(points("7", "b.geojson"), first);
+    EXPECT_NE(points("8", "c.geojson"), first);
+}
+
 TEST_F(RunCommand, PictureIsDrawnAndHelpHasExamples) {
     EXPECT_EQ(qz("run QZ_Flip --data town.gpkg:streets --fid 3 --picture map.svg --dry-run").status, 0);
     EXPECT_NE(contentOf(folder / "map.svg").find("<svg"), std::string::npos);
+    EXPECT_EQ(qz("run QZ_Flip --data town.gpkg:streets --fid 3 --before-after both.svg --dry-run").status, 0);
+    EXPECT_GT(contentOf(folder / "both.svg").size(), 1.5 * static_cast<double>(contentOf(folder / "map.svg").size()));
     for (const char* command : {"", "run", "info", "methods", "script"}) {
         const Outcome help = qz(fmt::format("{} --help", command));
         EXPECT_EQ(help.status, 0);

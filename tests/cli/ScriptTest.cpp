@@ -28,6 +28,9 @@ TEST_F(ScriptCommand, WrongLineEndsItAndKeepsOnlyWhatWasSaved) {
         {"{\"jump\": 1}", "jump"},
         {"not json", "no JSON object"},
         {"{\"undo\": \"all\"}", "undo"},
+        {R"({"run": "QZ_PasteAttributes", "data": "town.gpkg:streets", "fid": 3, "parameters": {"fieldDic": "{}", )"
+         R"("bEditing": false}})",
+         "use qz run"},
         {"{\"run\": \"QZ_Flip\", \"data\": \"town.gpkg:streets\", \"all\": \"yes\"}", "true or false"},
     };
     for (const auto& [line, hint] : lines) {

@@ -161,6 +161,8 @@ TEST(Refusal, OutputsThatCantBeMade) {
     EXPECT_THROW(static_cast<void>(openCopy(folder / "roads.gpkg", folder / "new.shp")), DataError);
     EXPECT_THROW(static_cast<void>(openCopy(folder / "roads.gpkg", folder / "nowhere/new.gpkg")), DataError);
     EXPECT_THROW(static_cast<void>(openCopy(folder / "missing.gpkg", folder / "new.gpkg")), DataError);
+    EXPECT_THROW(static_cast<void>(openCopy(folder.path().string(), folder / "new.shp")), DataError) << "a folder";
+    EXPECT_THROW(static_cast<void>(openCopy("PG:dbname=nowhere", folder / "new.gpkg")), DataError) << "a server";
 }
 
 TEST(Refusal, StoresThatCantBeSavedTo) {

@@ -228,6 +228,27 @@ TEST(FileGeodatabaseSave, KeepsDomainsAliasesGridAndFeatureDatasets) {
     EXPECT_EQ(std::get<CodedValueDomain>(surface.domain->rule).codes.front().second, "asphalt");
 }
 
+// The format keeps length and area of shapes beside them.
+TEST(FileGeodatabaseSave, MeasuresShapesAnew) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "parcels.gdb";
+    makeRoads(path, fileGeodatabase, wkbMultiPolygon,
+              {"MULTIPOLYGON (((0 0,0 10,10 10,10 0,0 0)))", "MULTIPOLYGON (((0 0,0 1,1 1,1 0,0 0)))"},
+              {"CREATE_SHAPE_AREA_AND_LENGTH_FIELDS=YES"});
+    const auto store = openCopy(path, folder / "saved.gdb");
+    FeatureSource& parcels = *store->table("roads");
+    Edits edits(parcels);
+    edits.reshape(1, "POLYGON ((0 0,0 4,3 0,0 0))");
+    store->save(edits.changeSet(), {});
+    const auto measure = [&](ObjectId id, const char* field) {
+        return std::get<double>(parcels.read(id)->values[*parcels.schema().findField(field)]);
+    };
+    EXPECT_NEAR(measure(1, "Shape_Area"), 6, 1e-6);
+    EXPECT_NEAR(measure(1, "Shape_Length"), 12, 1e-6);
+    EXPECT_NEAR(measure(2, "Shape_Area"), 1, 1e-6);
+    EXPECT_NEAR(measure(2, "Shape_Length"), 4, 1e-6);
+}
+
 // Index, counts and extent of a GeoPackage follow a large change, which goes past the triggers.
 TEST(GeoPackageSave, KeepsIndexCountAndTriggers) {
     const TemporaryFolder folder;
