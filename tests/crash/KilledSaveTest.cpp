@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
@@ -21,8 +22,6 @@
 
 namespace qz::test {
 namespace {
-
-constexpr int longestMilliseconds = 40;
 
 struct Format {
     const char* name;
@@ -133,6 +132,17 @@ pid_t startProcess(const std::string& path, const std::string& output, int ready
     return child;
 }
 
+// What three saves take here and now; in that time most processes get further than one.
+std::chrono::microseconds timeOfThreeSaves(const std::string& path, const std::string& output) {
+    const auto store = output.empty() ? openStore(path, OpenMode::edit) : openCopy(path, output);
+    FeatureSource& roads = *store->table("roads");
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 3; ++i) {
+        store->save(nextGeneration(roads), {});
+    }
+    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
+}
+
 // Kills it at a random instant once it began to save.
 void runAndKill(const std::string& path, const std::string& output, std::chrono::microseconds after) {
     int pipeEnds[2];
@@ -182,11 +192,15 @@ TEST_P(KilledSave, LeavesTheStateBeforeOrAfter) {
     std::string pattern = (std::filesystem::temp_directory_path() / "qz_crash_XXXXXX").string();
     const std::filesystem::path folder = mkdtemp(pattern.data());
     const std::string path = folder / format.file;
+    const std::string output = *format.output == '\0' ? "" : (folder / format.output).string();
+    makeLayer(path, format);
+    const std::chrono::microseconds longest = timeOfThreeSaves(path, output);
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directory(folder);
     makeLayer(path, format);
     const std::vector<std::string> files = namesIn(folder);
-    const std::string output = *format.output == '\0' ? "" : (folder / format.output).string();
     std::mt19937 random(20240517);
-    std::uniform_int_distribution<int> instant(0, longestMilliseconds * 1000);
+    std::uniform_int_distribution<std::int64_t> instant(0, longest.count());
     int last = 0;
     int progressed = 0;
     for (int i = 0; i < kills() && !HasFatalFailure(); ++i) {
