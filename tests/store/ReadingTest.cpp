@@ -118,6 +118,36 @@ TEST(Reading, FieldTypesDomainsAndDefaults) {
     }
 }
 
+// The domain that a field of the type has when it is written and read again.
+std::shared_ptr<const Domain> domainRead(OGRFieldType type, std::unique_ptr<OGRFieldDomain> domain) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "data.gpkg";
+    GDALAllRegister();
+    GDALDataset* dataset =
+        GetGDALDriverManager()->GetDriverByName("GPKG")->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr);
+    OGRFieldDefn field("field", type);
+    field.SetDomainName(domain->GetName());
+    std::string reason;
+    EXPECT_TRUE(dataset->AddFieldDomain(std::move(domain), reason)) << reason;
+    EXPECT_EQ(dataset->CreateLayer("data", nullptr, wkbNone, nullptr)->CreateField(&field), OGRERR_NONE);
+    GDALClose(dataset);
+    const auto store = openStore(path, OpenMode::read);
+    return store->table("data")->schema().fields.back().domain;
+}
+
+TEST(Reading, DomainsOfLargeNumbersAndPatterns) {
+    OGRField low{};
+    OGRField high{};
+    low.Integer64 = -5;
+    high.Integer64 = 9007199254740993;
+    const auto numbers = domainRead(
+        OFTInteger64, std::make_unique<OGRRangeFieldDomain>("ids", "", OFTInteger64, OFSTNone, low, true, high, true));
+    EXPECT_EQ(toText(std::get<RangeDomain>(numbers->rule).minimum), "-5");
+    const auto pattern =
+        domainRead(OFTString, std::make_unique<OGRGlobFieldDomain>("codes", "A and digits", OFTString, OFSTNone, "A*"));
+    EXPECT_EQ(std::get<OtherDomain>(pattern->rule).description, "A and digits");
+}
+
 void execute(const std::string& path, const std::string& sql) {
     GDALDataset* dataset = GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE);
     dataset->ExecuteSQL(sql.c_str(), nullptr, nullptr);
