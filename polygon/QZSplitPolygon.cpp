@@ -79,7 +79,12 @@ private:
             return false;
         }
         cutVertices_.QZ_GetInsertedVerteces(pieces.left);
-        return copies_.insertParts(pieces.right, source);
+        if (!copies_.insertParts(pieces.right, source)) {
+            return false;
+        }
+        // A line that crosses itself may leave vertices on one side only.
+        cutVertices_.QZ_GetInsertedVerteces(pieces.right);
+        return true;
     }
 
     // In the order in which they were made.

@@ -118,7 +118,8 @@ std::string randomSketch(std::mt19937& random, int size) {
     std::uniform_real_distribution<double> place(-0.5, size - 0.5);
     std::string text;
     for (int i = 0; i < 4; ++i) {
-        text += fmt::format("{}{} {}", text.empty() ? "" : ",", 500000 + place(random), 5600000 + place(random));
+        const double x = 500000 + place(random), y = 5600000 + place(random);
+        text += fmt::format("{}{} {}", text.empty() ? "" : ",", x, y);
     }
     return "LINESTRING (" + text + ")";
 }
