@@ -49,7 +49,11 @@ public:
             return false;
         }
         const CurvePosition position = *index_.positionOf(segment.at(0.5));
-        const CurveSegment nearest(source_.parts()[position.part], position.segment);
+        const Path& part = source_.parts()[position.part];
+        if (part.segmentCount() == 0) {
+            return false; // a part of one vertex
+        }
+        const CurveSegment nearest(part, position.segment);
         const auto isTooNear = [&](XY place) {
             return nearest.squaredDistance(place, nearest.nearestRatio(place)) < distance_ * distance_;
         };

@@ -328,6 +328,21 @@ TEST(Offset, PointsDontRunIntoOtherStretches) {
     EXPECT_GT(apart.paths.at(0).envelope().xMax, 20);
 }
 
+// Such parts come from outside; they bound nothing and have no side.
+TEST(Offset, PartsOfOneVertexHaveNone) {
+    const char* const bend = "COMPOUNDCURVE ((0 0,5 0),CIRCULARSTRING (5 0,6 1,5 2),(5 2,0 2))";
+    for (const XY place : {XY{4, 1}, XY{50, 50}, XY{5, 0}}) {
+        Polyline line = lineFrom(bend);
+        line.paths.emplace_back(std::vector{place});
+        for (const double distance : {3.0, -3.0}) {
+            for (const Path& path : offset(line, distance, offsetSimple).paths) {
+                EXPECT_GT(length(path), 0);
+                EXPECT_FALSE(path.envelope().intersects({49, 49, 51, 51}));
+            }
+        }
+    }
+}
+
 TEST(Offset, CarriesValuesAndTraits) {
     Polyline line = lineFrom("LINESTRING ZM (0 0 1 10,10 0 2 NaN,10 10 3 30,20 10 4 40)");
     line.spatialReference = SpatialReference::unknown();
