@@ -34,10 +34,6 @@ Polygon circleAround(XY centre, double radius, const SpatialReference& reference
     return circle;
 }
 
-double distance(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
-
 // The farthest pair of a hull's corners is among those that two parallel lines can touch at the same time, which a walk
 // around the hull finds (M. Shamos, 1978).
 class FarthestCorners {

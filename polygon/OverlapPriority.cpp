@@ -7,6 +7,7 @@
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/EnvelopeIndex.h"
 #include "platform/geometry/SetOperations.h"
+#include "platform/geometry/Vectors.h"
 #include "platform/geometry/XYHash.h"
 
 namespace qz {
@@ -25,10 +26,6 @@ void addUnlessEmpty(std::vector<Polygon>& polygons, Polygon polygon) {
     if (!polygon.isEmpty()) {
         polygons.push_back(std::move(polygon));
     }
-}
-
-bool isNear(XY a, XY b, double within) {
-    return std::hypot(b.x - a.x, b.y - a.y) <= within;
 }
 
 // Calls `see(edge, middle)` for every side.
@@ -53,7 +50,7 @@ bool hasSameSides(const Polygon& polygon, const Polygon& other) {
     bool hasAll = true;
     forEachSide(polygon, [&](const DirectedEdge& edge, XY middle) {
         const auto number = edges.find(edge);
-        hasAll = hasAll && number && isNear(middles[*number], middle, resolution);
+        hasAll = hasAll && number && distance(middles[*number], middle) <= resolution;
         --surplus;
     });
     return hasAll && surplus == 0;

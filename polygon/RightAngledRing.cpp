@@ -104,7 +104,7 @@ private:
         for (std::size_t i = side.first; i < side.first + side.count; ++i) {
             const XY from = localAt(i);
             const XY to = localAt(i + 1);
-            const double weight = std::hypot(to.x - from.x, to.y - from.y);
+            const double weight = distance(from, to);
             length += weight;
             moment += weight * (beside(from, side.axis) + beside(to, side.axis)) / 2;
         }

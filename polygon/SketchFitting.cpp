@@ -11,6 +11,7 @@
 #include "platform/geometry/NodePlaces.h"
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/Simplify.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -19,10 +20,6 @@ namespace {
 // A vertex bends the two halves of a side by rounding, which may make them meet others anew; one or two rounds are
 // usual. What is left after the last is below the resolution.
 constexpr int mostRounds = 8;
-
-double distance(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
 
 // The rings of several polygons, with the number of the polygon that each belongs to.
 struct Rings {

@@ -12,10 +12,6 @@ namespace qz {
 
 namespace {
 
-double distance(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
-
 // A half-edge walked from vertex to vertex; segments without length are passed over.
 class EdgeWalk {
 public:

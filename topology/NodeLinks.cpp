@@ -9,6 +9,7 @@
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/EnvelopeIndex.h"
 #include "platform/geometry/SegmentIntersection.h"
+#include "platform/geometry/Vectors.h"
 #include "topology/EdgeChains.h"
 
 namespace qz {
@@ -154,10 +155,6 @@ std::vector<Link> linksOfNodes(std::span<const Polyline> edges, const NodeIndex&
         }
     }
     return links;
-}
-
-double distance(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
 }
 
 bool leavesDistance(const Ends& ends, std::span<const EdgeEnd> chain, double limit) {

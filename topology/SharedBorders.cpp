@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "platform/geometry/Vectors.h"
 #include "platform/geometry/XYHash.h"
 
 namespace qz {
@@ -22,10 +23,6 @@ struct BorderHash {
         return DirectedEdgeHash()({border.low, border.high}) ^ XYHash()(border.middle) * 3;
     }
 };
-
-bool precedes(XY a, XY b) {
-    return a.x < b.x || (a.x == b.x && a.y < b.y);
-}
 
 // Calls `see(Border, whether it is walked from the lower end)`.
 template <typename See> void forEachBorder(const Polygon& polygon, See see) {

@@ -30,10 +30,6 @@ bool definesValues(const Geometry& geometry) {
     return defines;
 }
 
-double distanceBetween(XY a, XY b) noexcept {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
-
 double ratioOn(XY start, XY end, XY p) noexcept {
     const XY along{end.x - start.x, end.y - start.y};
     const double square = along.x * along.x + along.y * along.y;
@@ -43,7 +39,7 @@ double ratioOn(XY start, XY end, XY p) noexcept {
 
 double distanceTo(XY start, XY end, XY p) noexcept {
     const double ratio = ratioOn(start, end, p);
-    return distanceBetween(p, {start.x + ratio * (end.x - start.x), start.y + ratio * (end.y - start.y)});
+    return distance(p, {start.x + ratio * (end.x - start.x), start.y + ratio * (end.y - start.y)});
 }
 
 Envelope boxOf(XY a, XY b) {
@@ -147,7 +143,7 @@ void CurveSources::strokePiece(std::vector<XY>& line, const Stroke& piece, const
     if (arc && !arc->isFlat()) {
         for (const XY p : strokePoints(*arc, tolerance_ / strokesPerTolerance)) {
             // One that is an end but for rounding is left out.
-            if (distanceBetween(p, line.back()) > resolution_ && distanceBetween(p, piece.end) > resolution_) {
+            if (distance(p, line.back()) > resolution_ && distance(p, piece.end) > resolution_) {
                 add(piece.from + (piece.to - piece.from) * std::clamp(arc->ratioOf(p), 0.0, 1.0), p);
             }
         }

@@ -13,13 +13,14 @@
 #include "platform/geometry/PlanarEdges.h"
 #include "platform/geometry/PolygonAssembly.h"
 #include "platform/geometry/Simplify.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
 namespace {
 
 double lengthOf(const DirectedEdge& edge) {
-    return std::hypot(edge.to.x - edge.from.x, edge.to.y - edge.from.y);
+    return distance(edge.from, edge.to);
 }
 
 // How often each half-edge comes in the paths, whose edges are added.

@@ -16,11 +16,11 @@ namespace {
 constexpr double slack = 1e-14;
 
 bool encloses(const Circle& circle, XY place) {
-    return std::hypot(place.x - circle.centre.x, place.y - circle.centre.y) <= circle.radius * (1 + slack);
+    return distance(circle.centre, place) <= circle.radius * (1 + slack);
 }
 
 Circle circleOver(XY a, XY b) {
-    return {(a + b) * 0.5, std::hypot(b.x - a.x, b.y - a.y) / 2};
+    return {(a + b) * 0.5, distance(a, b) / 2};
 }
 
 // The circumcircle, computed relative to one of the three; nothing for places on one line.

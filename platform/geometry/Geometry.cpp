@@ -144,6 +144,25 @@ bool identical(const Geometry& a, const Geometry& b) {
     });
 }
 
+std::vector<const Path*> pathsOf(const Geometry& geometry) {
+    std::vector<const Path*> paths;
+    const auto addAll = [&paths](const std::vector<Path>& parts) {
+        for (const Path& path : parts) {
+            paths.push_back(&path);
+        }
+    };
+    if (const Polyline* polyline = geometry.getIf<Polyline>()) {
+        addAll(polyline->paths);
+    } else if (const Polygon* polygon = geometry.getIf<Polygon>()) {
+        addAll(polygon->rings);
+    }
+    return paths;
+}
+
+bool hasArcs(const Geometry& geometry) {
+    return std::ranges::any_of(pathsOf(geometry), [](const Path* path) { return path->hasArcs(); });
+}
+
 Polygon rectangle(const Envelope& envelope, const SpatialReference& reference) {
     Polygon polygon;
     polygon.spatialReference = reference;

@@ -123,6 +123,12 @@ template <typename Change> void transformVertices(Geometry& geometry, Change cha
 // Calls `see(Vertex)` for every vertex and every control point of an arc.
 template <typename See> void forEachVertex(const Geometry& geometry, See see);
 
+// The paths of a polyline or the rings of a polygon; none for points.
+[[nodiscard]] std::vector<const Path*> pathsOf(const Geometry& geometry);
+
+// Whether a segment of a polyline or polygon is an arc.
+[[nodiscard]] bool hasArcs(const Geometry& geometry);
+
 // The rectangle as a polygon of one clockwise ring.
 [[nodiscard]] Polygon rectangle(const Envelope& envelope, const SpatialReference& reference);
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "platform/geometry/Vectors.h"
+
 namespace qz {
 
 namespace {
@@ -12,10 +14,6 @@ double lengthOf(const std::vector<Path>& paths) {
         sum += length(path);
     }
     return sum;
-}
-
-double chordLength(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
 }
 
 // Positive counter-clockwise; from the first vertex, so that large coordinates cost no digits.
@@ -35,7 +33,7 @@ double segmentLength(const Path& path, std::size_t segment) {
     if (const ArcSegment* arc = path.arcAt(segment)) {
         return path.circularArc(*arc).length();
     }
-    return chordLength(path.xy()[segment], path.xy()[segment + 1]);
+    return distance(path.xy()[segment], path.xy()[segment + 1]);
 }
 
 double length(const Path& path) {

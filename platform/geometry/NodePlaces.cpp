@@ -7,8 +7,7 @@ namespace qz {
 std::optional<std::size_t> NodePlaces::firstNear(XY p) const {
     std::optional<std::size_t> first;
     const auto see = [&](std::size_t number) {
-        const XY offset = places_[number] - p;
-        if ((!first || number < *first) && std::hypot(offset.x, offset.y) <= distance_) {
+        if ((!first || number < *first) && distance(places_[number], p) <= distance_) {
             first = number;
         }
     };

@@ -212,21 +212,6 @@ bool meetNowhere(std::span<const Path* const> paths) {
     return none ? *none : ringPlaces(paths).has_value();
 }
 
-std::vector<const Path*> pathsOf(const Geometry& geometry) {
-    std::vector<const Path*> paths;
-    const auto addAll = [&paths](const std::vector<Path>& parts) {
-        for (const Path& path : parts) {
-            paths.push_back(&path);
-        }
-    };
-    if (const Polyline* polyline = geometry.getIf<Polyline>()) {
-        addAll(polyline->paths);
-    } else if (const Polygon* polygon = geometry.getIf<Polygon>()) {
-        addAll(polygon->rings);
-    }
-    return paths;
-}
-
 Path withVerticesAt(const Path& path, std::span<const Node> nodes) {
     Path result;
     result.reserve(path.vertexCount() + nodes.size());

@@ -48,9 +48,6 @@ struct Node {
 // rings without arcs also in near-linear time where their segments are long for the whole.
 [[nodiscard]] bool meetNowhere(std::span<const Path* const> paths);
 
-// The paths of a polyline or the rings of a polygon; none for points.
-[[nodiscard]] std::vector<const Path*> pathsOf(const Geometry& geometry);
-
 // Goes along a path and its nodes together: vertex 0, the nodes inside segment 0, vertex 1 and so on. The path and its
 // nodes must outlive it.
 class NodeWalk {

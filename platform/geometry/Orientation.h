@@ -10,6 +10,11 @@ namespace qz {
 
 enum class Turn { right = -1, straight = 0, left = 1 };
 
+// One to the left, the other to the right.
+[[nodiscard]] constexpr bool areOpposite(Turn one, Turn other) noexcept {
+    return static_cast<int>(one) * static_cast<int>(other) < 0;
+}
+
 // On which side of the directed line a -> b the point c lies. Exact for coordinates between 1e-140 and 1e150 or
 // zero (adaptive floating-point expansion after J. R. Shewchuk, 1997).
 [[nodiscard]] Turn turn(XY a, XY b, XY c) noexcept;

@@ -25,13 +25,9 @@ double distanceTo(const Segment& segment, XY p) noexcept {
     return std::hypot(toPoint.x - ratio * along.x, toPoint.y - ratio * along.y);
 }
 
-bool areApart(Turn one, Turn other) noexcept {
-    return static_cast<int>(one) * static_cast<int>(other) < 0;
-}
-
 bool cross(const Segment& a, const Segment& b) noexcept {
-    return areApart(turn(a.start, a.end, b.start), turn(a.start, a.end, b.end)) &&
-           areApart(turn(b.start, b.end, a.start), turn(b.start, b.end, a.end));
+    return areOpposite(turn(a.start, a.end, b.start), turn(a.start, a.end, b.end)) &&
+           areOpposite(turn(b.start, b.end, a.start), turn(b.start, b.end, a.end));
 }
 
 void appendSegments(std::vector<Segment>& segments, const std::vector<Path>& paths) {

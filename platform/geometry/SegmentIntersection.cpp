@@ -16,10 +16,6 @@ namespace {
 
 constexpr double almostOne = 1 - 0x1p-53;
 
-double distance(XY a, XY b) noexcept {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
-
 double insideRatio(double ratio) noexcept {
     return std::clamp(ratio, 0x1p-1000, almostOne);
 }
@@ -75,10 +71,6 @@ XY crossingOf(const NodingSegment& one, const NodingSegment& other) noexcept {
     return clampedTo(clampedTo(p, a.envelope()), b.envelope());
 }
 
-bool areApart(Turn one, Turn other) noexcept {
-    return static_cast<int>(one) * static_cast<int>(other) < 0;
-}
-
 bool sameSide(Turn one, Turn other) noexcept {
     return static_cast<int>(one) * static_cast<int>(other) > 0;
 }
@@ -122,7 +114,7 @@ void findStraightContacts(const NodingSegment& a, const NodingSegment& b, Contac
     if (sameSide(ofB.start, ofB.end)) {
         return;
     }
-    if (areApart(ofA.start, ofA.end) && areApart(ofB.start, ofB.end)) {
+    if (areOpposite(ofA.start, ofA.end) && areOpposite(ofB.start, ofB.end)) {
         addPoint(contacts.points, a, b, crossingOf(a, b));
         return;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 #include "platform/geometry/Coordinates.h"
 
 namespace qz {
@@ -21,6 +23,9 @@ namespace qz {
 // Positive when b points to the left of a.
 [[nodiscard]] constexpr double cross(XY a, XY b) noexcept {
     return a.x * b.y - a.y * b.x;
+}
+[[nodiscard]] inline double distance(XY a, XY b) noexcept {
+    return std::hypot(b.x - a.x, b.y - a.y);
 }
 // By x, then by y.
 [[nodiscard]] constexpr bool precedes(XY a, XY b) noexcept {

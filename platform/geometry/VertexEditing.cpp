@@ -8,6 +8,7 @@
 
 #include "platform/geometry/CurvePosition.h"
 #include "platform/geometry/SubCurve.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -19,10 +20,6 @@ void requireTolerance(double tolerance) {
     }
 }
 
-bool isNear(XY a, XY b, double tolerance) {
-    return std::hypot(b.x - a.x, b.y - a.y) <= tolerance;
-}
-
 // Where the vertex goes; nothing at a vertex that is there already.
 std::optional<CurvePosition> positionForVertex(std::span<const Path> parts, XY point, double tolerance) {
     requireTolerance(tolerance);
@@ -32,7 +29,8 @@ std::optional<CurvePosition> positionForVertex(std::span<const Path> parts, XY p
     }
     const CurveSegment segment(parts[position->part], position->segment);
     const XY at = position->nearest.xy();
-    return isNear(at, segment.start(), tolerance) || isNear(at, segment.end(), tolerance) ? std::nullopt : position;
+    const bool isAtVertex = distance(at, segment.start()) <= tolerance || distance(at, segment.end()) <= tolerance;
+    return isAtVertex ? std::nullopt : position;
 }
 
 // The two halves, from the start of the path to the vertex and from there to its end.

@@ -6,6 +6,7 @@
 
 #include "platform/geometry/Curve.h"
 #include "platform/geometry/Strokes.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -15,10 +16,6 @@ namespace {
 constexpr double strokesPerTolerance = 10;
 // The length of strokes in tolerances, at least; rounding their number to a power of two may halve it.
 constexpr double tolerancesPerStroke = 3;
-
-double distanceBetween(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
 
 double sagittaFor(double radius, double tolerance) {
     const double ofLongStrokes = std::pow(tolerancesPerStroke * tolerance, 2) / (8 * radius);
@@ -30,8 +27,7 @@ double sagittaFor(double radius, double tolerance) {
 std::vector<XY> ArcStrokes::strokesOf(const CircularArc& arc, XY end) const {
     std::vector<XY> places = strokePoints(arc, sagittaFor(arc.radius, tolerance_));
     const XY start = arc.at(0);
-    std::erase_if(
-        places, [&](XY p) { return distanceBetween(p, start) <= tolerance_ || distanceBetween(p, end) <= tolerance_; });
+    std::erase_if(places, [&](XY p) { return distance(p, start) <= tolerance_ || distance(p, end) <= tolerance_; });
     return places;
 }
 
@@ -82,7 +78,7 @@ void ArcStrokes::settleArc(StrokedArc& arc, const Path& noded, const PlaceNumber
         return;
     }
     const std::span<const XY> run = noded.xy().subspan(*start, arc.places.size());
-    const auto isNear = [&](XY a, XY b) { return distanceBetween(a, b) <= resolution; };
+    const auto isNear = [&](XY a, XY b) { return distance(a, b) <= resolution; };
     if (!std::ranges::equal(run, arc.places, isNear) || !(run.back() == arc.places.back())) {
         return;
     }

@@ -20,10 +20,6 @@ void requireCurve(const Geometry& shape) {
     requireUsableCoordinates(shape, "topology");
 }
 
-bool hasArcs(const Geometry& shape) {
-    return std::ranges::any_of(pathsOf(shape), [](const Path* path) { return path->hasArcs(); });
-}
-
 // No place is a vertex of two of the rings, or twice of one.
 bool areSimpleAndApart(std::span<const Path> rings) {
     std::vector<XY> vertices;

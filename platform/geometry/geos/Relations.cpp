@@ -126,15 +126,6 @@ bool areAreas(const Geometry& a, const Geometry& b) {
     return a.kind() == GeometryKind::polygon && b.kind() == GeometryKind::polygon;
 }
 
-bool hasArcs(const Geometry& geometry) {
-    const auto curved = [](const std::vector<Path>& paths) { return std::ranges::any_of(paths, &Path::hasArcs); };
-    if (const Polyline* polyline = geometry.getIf<Polyline>()) {
-        return curved(polyline->paths);
-    }
-    const Polygon* polygon = geometry.getIf<Polygon>();
-    return polygon != nullptr && curved(polygon->rings);
-}
-
 // A vertex of a geometry; nothing when one of them isn't finite.
 std::optional<XY> placeOf(const Geometry& geometry) {
     std::optional<XY> place;

@@ -149,10 +149,6 @@ std::vector<XY> sampled(const CircularArc& arc, double from, double to, std::siz
     return points;
 }
 
-double distance(XY a, XY b) {
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
-
 bool liesOn(const CircularArc& circle, std::span<const XY> points, double tolerance) {
     return std::ranges::all_of(points,
                                [&](XY p) { return std::abs(distance(p, circle.centre) - circle.radius) <= tolerance; });

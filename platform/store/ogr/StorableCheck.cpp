@@ -48,17 +48,6 @@ std::size_t partCount(const Geometry& shape) {
     return exteriorRings;
 }
 
-bool hasArcs(const Geometry& shape) {
-    const auto curved = [](const std::vector<Path>& paths) {
-        return std::any_of(paths.begin(), paths.end(), [](const Path& path) { return path.hasArcs(); });
-    };
-    if (const auto* polyline = shape.getIf<Polyline>()) {
-        return curved(polyline->paths);
-    }
-    const auto* polygon = shape.getIf<Polygon>();
-    return polygon != nullptr && curved(polygon->rings);
-}
-
 // What the heights and measures of a shape are, arcs' middle points included.
 struct CoordinateFindings {
     bool finite = true; // x and y; z and m where they are defined
