@@ -99,7 +99,7 @@ private:
 } // namespace
 
 std::vector<XY> hullCorners(std::vector<XY> points) {
-    std::sort(points.begin(), points.end(), [](XY a, XY b) { return a.x != b.x ? a.x < b.x : a.y < b.y; });
+    std::sort(points.begin(), points.end(), [](XY a, XY b) { return precedes(a, b); });
     points.erase(std::unique(points.begin(), points.end()), points.end());
     if (points.size() < 3) {
         return points;

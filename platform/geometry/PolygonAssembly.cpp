@@ -4,18 +4,17 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
-#include <tuple>
 
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Simplify.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
 namespace {
 
 bool precedes(const Path& a, const Path& b) {
-    return std::ranges::lexicographical_compare(a.xy(), b.xy(),
-                                                [](XY p, XY q) { return std::tie(p.x, p.y) < std::tie(q.x, q.y); });
+    return std::ranges::lexicographical_compare(a.xy(), b.xy(), [](XY p, XY q) { return qz::precedes(p, q); });
 }
 
 using Restore = Path (CurveSources::*)(const Path&) const;

@@ -15,6 +15,7 @@
 #include "platform/geometry/SetOperations.h"
 #include "platform/geometry/Simplify.h"
 #include "platform/geometry/SubCurve.h"
+#include "platform/geometry/Vectors.h"
 
 namespace qz {
 
@@ -177,11 +178,10 @@ std::vector<std::size_t> verticesAt(const Path& path, std::span<const Node> node
             positions.push_back(node.position);
         }
     }
-    const auto byPlace = [](XY a, XY b) { return a.x < b.x || (a.x == b.x && a.y < b.y); };
-    std::ranges::sort(positions, byPlace);
+    std::ranges::sort(positions, precedes);
     std::vector<std::size_t> vertices;
     for (std::size_t i = 0; i < path.vertexCount(); ++i) {
-        if (std::ranges::binary_search(positions, path.xy()[i], byPlace)) {
+        if (std::ranges::binary_search(positions, path.xy()[i], precedes)) {
             vertices.push_back(i);
         }
     }

@@ -20,17 +20,13 @@ namespace qz {
 
 namespace {
 
-bool comesBefore(XY a, XY b) {
-    return a.x < b.x || (a.x == b.x && a.y < b.y);
-}
-
 // A segment in the direction in which tests are made, so that both copies of one that two paths share get the same
 // answers bit for bit.
 struct Piece {
     XY a;
     XY b;
 
-    Piece(XY from, XY to) : a(comesBefore(to, from) ? to : from), b(comesBefore(to, from) ? from : to) {}
+    Piece(XY from, XY to) : a(precedes(to, from) ? to : from), b(precedes(to, from) ? from : to) {}
     [[nodiscard]] bool endsAt(XY p) const { return p == a || p == b; }
     [[nodiscard]] double squaredLength() const { return dot(b - a, b - a); }
     // Whether both parts of the piece are shorter than it when it is led through p.
@@ -49,8 +45,7 @@ bool passes(const Piece& piece, XY p, double tolerance) {
 }
 
 bool areApart(const Piece& piece, XY p, XY q) {
-    const Turn a = turn(piece.a, piece.b, p), b = turn(piece.a, piece.b, q);
-    return a != b && a != Turn::straight && b != Turn::straight;
+    return areOpposite(turn(piece.a, piece.b, p), turn(piece.a, piece.b, q));
 }
 
 // Inside of both. Those that share an end don't, and would be the slowest to tell.
@@ -78,7 +73,7 @@ bool comesBefore(const Split& a, const Split& b) {
     if (a.at != b.at) {
         return a.at < b.at;
     }
-    return a.ratio != b.ratio ? a.ratio < b.ratio : comesBefore(a.place, b.place);
+    return a.ratio != b.ratio ? a.ratio < b.ratio : precedes(a.place, b.place);
 }
 
 struct Crossing {

@@ -7,6 +7,7 @@
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/Noding.h"
 #include "platform/geometry/Simplify.h"
+#include "platform/geometry/Vectors.h"
 #include "platform/topology/ClusterNoding.h"
 
 namespace qz {
@@ -26,8 +27,7 @@ bool areSimpleAndApart(std::span<const Path> rings) {
     for (const Path& ring : rings) {
         vertices.insert(vertices.end(), ring.xy().begin() + 1, ring.xy().end());
     }
-    const auto key = [](XY p) { return std::pair(p.x, p.y); };
-    std::ranges::sort(vertices, {}, key);
+    std::ranges::sort(vertices, [](XY a, XY b) { return precedes(a, b); });
     return std::ranges::adjacent_find(vertices) == vertices.end();
 }
 
