@@ -1,5 +1,4 @@
 #include "platform/geometry/Cut.h"
-#include "platform/geometry/CoordinateLimits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/geometry/CoordinateLimits.h"
 #include "platform/geometry/Faces.h"
 #include "platform/geometry/Measures.h"
 #include "platform/geometry/PlanarEdges.h"
